@@ -1,0 +1,554 @@
+#include "PLClickInfo.h"
+
+#include "PLConstants.h"
+#include "PLLatin1_p.h"
+#include "PLScanner_p.h"
+#include "PLSection.h"
+#include "PLStatus.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <memory>
+
+namespace {
+
+// obtainValueFromClickInfoFile() reads lines in pieces of at most this many characters.
+constexpr qint64 LOOKUP_LINE_PIECE = 200;
+
+// Trims Latin-1 text and turns CR LF and lone CR into LF, the form the loaders scan.
+// *linesBefore receives the number of line breaks trimmed off the front, so that line
+// numbers in the result can be told as lines of the original text.
+QByteArray normalisedText(const char* data, qsizetype size, int* linesBefore)
+{
+    const PLLatin1::Span text = PLLatin1::trimmed({ data, data + size });
+    int breaks = 0;
+    for (const char* p = data; p != text.begin; ++p)
+        breaks += *p == '\n' || (*p == '\r' && (p + 1 == text.begin || p[1] != '\n'));
+    *linesBefore = breaks;
+
+    QByteArray result;
+    result.reserve(static_cast<int>(text.size()));
+    for (const char* p = text.begin; p != text.end; ++p) {
+        if (*p != '\r') {
+            result.append(*p);
+            continue;
+        }
+        result.append('\n');
+        if (p + 1 != text.end && p[1] == '\n')
+            ++p;
+    }
+    return result;
+}
+
+// Splits a section header line into its key: the trimmed text between the "*** " prefix
+// (or "***" when no blank follows) and the first colon. 5 when there is no prefix, no
+// colon after it, or a "#" at or before the colon.
+int parseHeaderKey(const QString& header, QString* key)
+{
+    int prefixLength = PLConstants::SECTIONKEY_PREFIX.size();
+    int prefix = header.indexOf(PLConstants::SECTIONKEY_PREFIX);
+    if (prefix < 0) {
+        prefixLength = 3;
+        prefix = header.indexOf(PLConstants::SECTIONKEY_PREFIX.left(prefixLength));
+    }
+    const int colon = header.indexOf(QLatin1Char(':'));
+    const int hash = header.indexOf(QLatin1Char('#'));
+    const int keyStart = prefix + prefixLength;
+    if (prefix < 0 || colon < keyStart || (hash >= 0 && hash <= colon))
+        return PL_MALFORMED_SECTION_HEADER;
+    *key = header.mid(keyStart, colon - keyStart).trimmed();
+    return PL_SUCCESS;
+}
+
+QString lineAt(const char* data, qint64 length, qint64 begin)
+{
+    const qint64 end = qMin(PLScan::lineEnd(data, length, begin), length);
+    return QString::fromLatin1(data + begin, static_cast<int>(end - begin));
+}
+
+int lineNumberAt(const char* data, qint64 offset)
+{
+    return 1 + static_cast<int>(std::count(data, data + offset, '\n'));
+}
+
+int replaceFile(const QString& filePath, const QByteArray& bytes)
+{
+    QSaveFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly))
+        return PL_FILE_OPEN_FAILED;
+    if (file.write(bytes) != bytes.size()) {
+        file.cancelWriting();
+        return PL_SHORT_WRITE;
+    }
+    return file.commit() ? PL_SUCCESS : PL_SHORT_WRITE;
+}
+
+int appendToFile(const QString& filePath, const QByteArray& bytes)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+        return PL_FILE_OPEN_FAILED;
+    const qint64 oldSize = file.size();
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
+        file.resize(oldSize);
+        return PL_SHORT_WRITE;
+    }
+    return PL_SUCCESS;
+}
+
+int readWholeFile(const QString& filePath, QByteArray* bytes)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return PL_FILE_OPEN_FAILED;
+    *bytes = file.readAll();
+    return file.error() == QFileDevice::NoError ? PL_SUCCESS : PL_FILE_OPEN_FAILED;
+}
+
+} // namespace
+
+CPLClickInfo::CPLClickInfo() = default;
+
+CPLClickInfo::~CPLClickInfo()
+{
+    clearData();
+}
+
+int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey)
+{
+    if (isSectionPresent(sectionKey))
+        return PL_SUCCESS;
+    auto section = std::make_unique<CPLSection>();
+    section->setSectionKey(sectionKey);
+
+    const int lf = text.indexOf(QLatin1Char('\n'));
+    const QString header = lf < 0 ? text : text.left(lf + 1);
+    const int colon = header.indexOf(QLatin1Char(':'));
+    const int hash = header.indexOf(QLatin1Char('#'));
+    if (colon >= 0 && (hash < 0 || hash > colon))
+        section->setSectionName(header.mid(colon + 1).trimmed());
+    if (lf >= 0)
+        section->loadSectionData(text.mid(lf + 1));
+    return adoptSection(section);
+}
+
+int CPLClickInfo::addSection(CPLSection* section)
+{
+    if (!section)
+        return PL_NULL_ARGUMENT;
+    QString key;
+    if (section->getSectionKey(&key) != PL_SUCCESS || key.isEmpty())
+        return PL_NOTHING_TO_WORK_ON;
+    const QString lowerKey = key.toLower();
+    if (m_Sections.value(lowerKey))
+        return PL_SUCCESS;
+    m_Sections.insert(lowerKey, section);
+    m_SectionKeys.append(key);
+    ++m_iSectionCount;
+    return PL_SUCCESS;
+}
+
+int CPLClickInfo::removeSection(const QString& sectionKey)
+{
+    delete takeSection(sectionKey);
+    return PL_SUCCESS;
+}
+
+CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
+{
+    const auto it = m_Sections.find(sectionKey.toLower());
+    if (it == m_Sections.end())
+        return nullptr;
+    CPLSection* section = it.value();
+    m_Sections.erase(it);
+    // Sections are usually taken in order (clearData()), so the key is found at the front.
+    const auto key = std::find_if(m_SectionKeys.begin(), m_SectionKeys.end(), [&](const QString& k) {
+        return k.compare(sectionKey, Qt::CaseInsensitive) == 0;
+    });
+    if (key != m_SectionKeys.end())
+        m_SectionKeys.erase(key);
+    --m_iSectionCount;
+    return section;
+}
+
+int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)
+{
+    const int status = addSection(section.get());
+    QString key;
+    section->getSectionKey(&key);
+    if (m_Sections.value(key.toLower()) == section.get())
+        section.release();
+    return status;
+}
+
+CPLSection* CPLClickInfo::addNewSection(const QString& sectionKey, const QString& sectionName)
+{
+    auto section = std::make_unique<CPLSection>(sectionKey, sectionName);
+    CPLSection* added = section.get();
+    adoptSection(section);
+    return section ? nullptr : added;
+}
+
+int CPLClickInfo::loadTextBuffer(const QString& text)
+{
+    m_iLastErrorLine = 0;
+    const QByteArray bytes = text.toLatin1();
+    const char* data = bytes.constData();
+    const qint64 length = qstrnlen(data, static_cast<uint>(bytes.size()));
+
+    qint64 position = 0;
+    PLScan::SectionRange range;
+    while (position < length && PLScan::nextSection(data, length, position, range)) {
+        const qint64 end = qMin(range.end, length);
+        const QString header = lineAt(data, length, range.begin);
+        QString key;
+        int status = parseHeaderKey(header, &key);
+        if (status == PL_SUCCESS) {
+            const QString block = QString::fromLatin1(data + range.begin, static_cast<int>(end - range.begin));
+            if (key.toLower() == PLConstants::CLICKNUMBER_KEY.toLower())
+                status = loadClickNumber(block);
+            if (status == PL_SUCCESS)
+                status = loadSectionData(block, key);
+        }
+        if (status != PL_SUCCESS) {
+            m_iLastErrorLine = lineNumberAt(data, range.begin);
+            qWarning("Loading stopped with status %d at line %d, section header \"%s\"", status,
+                     m_iLastErrorLine, qPrintable(header.trimmed()));
+            return status;
+        }
+    }
+    return PL_SUCCESS;
+}
+
+void CPLClickInfo::clearData()
+{
+    const QStringList keys = m_SectionKeys;
+    for (const QString& key : keys)
+        removeSection(key);
+    qDeleteAll(m_Sections); // none are left unless a derived removeSection() kept some
+    m_Sections.clear();
+    m_SectionKeys.clear();
+    m_iSectionCount = 0;
+    m_strClickNumber.clear();
+    m_LeadingLines.clear();
+}
+
+int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections)
+{
+    QByteArray bytes;
+    int status = readWholeFile(filePath, &bytes);
+    if (status != PL_SUCCESS)
+        return status;
+    int linesBefore = 0;
+    status = loadNormalisedText(normalisedText(bytes.constData(), bytes.size(), &linesBefore),
+                                linesBefore);
+    if (status != PL_SUCCESS)
+        return status;
+    m_iFileSectionCount = m_iSectionCount;
+    return appendUserSections ? appendUserSpecificSections(false) : PL_SUCCESS;
+}
+
+int CPLClickInfo::loadNormalisedText(const QByteArray& text, int linesBefore)
+{
+    // Lines up to the first line whose first token is exactly "***" are kept as they are.
+    const char* data = text.constData();
+    const qint64 length = qstrnlen(data, static_cast<uint>(text.size()));
+    m_LeadingLines.clear();
+    for (qint64 position = 0; position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
+        m_LeadingLines.append(lineAt(data, length, position).trimmed());
+        position = PLScan::lineEnd(data, length, position);
+    }
+    const int status = loadTextBuffer(QString::fromLatin1(data, static_cast<int>(length)));
+    if (m_iLastErrorLine > 0)
+        m_iLastErrorLine += linesBefore;
+    return status;
+}
+
+int CPLClickInfo::loadClickInfo(const QString& folder, const QString& fileName, int imageType,
+                                int index)
+{
+    const auto& imageSections = OVSGlobalConstants::g_strImageSections;
+    if (imageType < 0 || imageType >= int(std::size(imageSections)) || index < 0)
+        return PL_OUT_OF_RANGE;
+    const QString name = fileName.isEmpty() ? PLConstants::CLICKINFO_FILENAME : fileName;
+    const QDir top(folder);
+    QStringList candidates { top.filePath(name) };
+    const QStringList subfolders = top.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString& subfolder : subfolders)
+        candidates.append(QDir(top.filePath(subfolder)).filePath(name));
+
+    int matches = 0;
+    for (const QString& candidate : qAsConst(candidates)) {
+        CPLClickInfo probe;
+        if (probe.loadClickInfo(candidate, false) == PL_SUCCESS
+            && probe.isSectionPresent(imageSections[imageType]) && matches++ == index)
+            return loadClickInfo(candidate, false);
+    }
+    return PL_KEY_NOT_FOUND;
+}
+
+int CPLClickInfo::loadAnalyzedClickInfo(const QString& path)
+{
+    const QString filePath = QFileInfo(path).isDir()
+        ? QDir(path).filePath(PLConstants::ANALYZED_CLICKINFO_FILENAME)
+        : path;
+    CPLClickInfo analysis;
+    const int status = analysis.loadClickInfo(filePath, false);
+    if (status != PL_SUCCESS)
+        return status;
+    if (!m_strClickNumber.isEmpty() && !analysis.m_strClickNumber.isEmpty()
+        && m_strClickNumber != analysis.m_strClickNumber)
+        return PL_INVALID_ARGUMENT;
+    const QStringList keys = analysis.m_SectionKeys;
+    for (const QString& key : keys) {
+        if (isSectionPresent(key))
+            continue;
+        std::unique_ptr<CPLSection> section(analysis.takeSection(key));
+        adoptSection(section);
+    }
+    if (m_strClickNumber.isEmpty())
+        m_strClickNumber = analysis.m_strClickNumber;
+    return PL_SUCCESS;
+}
+
+int CPLClickInfo::loadClickInfoDcm(const char* buffer, int length)
+{
+    if (!buffer)
+        return PL_NULL_ARGUMENT;
+    if (length < 0)
+        return PL_INVALID_ARGUMENT;
+    const char* end = buffer + length;
+    const auto lastNul = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(buffer), '\0');
+    const char* metadata = lastNul.base(); // just past the last NUL, or the buffer's start
+    int linesBefore = 0;
+    const QByteArray text = normalisedText(metadata, end - metadata, &linesBefore);
+
+    // The last copy starts at the last header whose key is the first header's key.
+    const char* data = text.constData();
+    const qint64 size = text.size();
+    QString firstKey;
+    qint64 lastCopy = -1;
+    for (qint64 position = 0; position < size; position = PLScan::lineEnd(data, size, position)) {
+        QString key;
+        if (!PLScan::isHeaderLine(data, position)
+            || parseHeaderKey(lineAt(data, size, position), &key) != PL_SUCCESS)
+            continue;
+        if (lastCopy < 0)
+            firstKey = key;
+        if (key.compare(firstKey, Qt::CaseInsensitive) == 0)
+            lastCopy = position;
+    }
+    if (lastCopy < 0)
+        return PL_NOTHING_TO_WORK_ON;
+    return loadNormalisedText(text.mid(static_cast<int>(lastCopy)), 0);
+}
+
+QString CPLClickInfo::getClickInfoData() const
+{
+    QString text;
+    for (const QString& line : m_LeadingLines)
+        text += line + QLatin1Char('\n');
+    QString sectionText;
+    for (const QString& key : m_SectionKeys) {
+        if (const CPLSection* section = m_Sections.value(key.toLower())) {
+            section->saveSectionData(sectionText);
+            text += sectionText;
+        }
+    }
+    text += QLatin1String("\n\n");
+    return text;
+}
+
+int CPLClickInfo::saveClickInfo(const QString& filePath) const
+{
+    const QByteArray bytes = getClickInfoData().toLatin1();
+    return filePath.endsWith(QLatin1String(".dcm")) ? appendToFile(filePath, bytes)
+                                                     : replaceFile(filePath, bytes);
+}
+
+int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)
+{
+    if (!isSectionPresent(PLConstants::USERINPUT_SECTION_KEY)) {
+        CPLSection* userInput = addNewSection(PLConstants::USERINPUT_SECTION_KEY,
+                                              PLConstants::USERLABELSET_DEFAULT_SECTIONNAME);
+        if (!userInput)
+            return PL_NOTHING_TO_WORK_ON;
+        for (const QString& label : PLConstants::strUserLabelSetKeys)
+            userInput->addKeyValue(label, QString());
+    }
+    CPLSection* graph = (*this)[PLConstants::GRAPHCONTROLS_SECTION_KEY];
+    if (!graph)
+        graph = addNewSection(PLConstants::GRAPHCONTROLS_SECTION_KEY,
+                              PLConstants::GRAPHCONTROLS_SECTION_VALUE);
+    if (!graph)
+        return PL_NOTHING_TO_WORK_ON;
+    for (size_t i = 0; i < std::size(PLConstants::strGraphSectionKeys); ++i) {
+        if (!graph->isKeyPresent(PLConstants::strGraphSectionKeys[i]))
+            graph->addKeyValue(PLConstants::strGraphSectionKeys[i],
+                               PLConstants::strGraphSectionValues[i]);
+    }
+    return withAnalysisSection ? appendAnalysisUserInputSection() : PL_SUCCESS;
+}
+
+int CPLClickInfo::appendAnalysisUserInputSection()
+{
+    if (isSectionPresent(PLConstants::ANALYSISUSERINPUT_SECTION_KEY))
+        return PL_SUCCESS;
+    const CPLSection* userInput = (*this)[PLConstants::USERINPUT_SECTION_KEY];
+    QString name = PLConstants::USERLABELSET_DEFAULT_SECTIONNAME;
+    QStringList keys(std::begin(PLConstants::strUserLabelSetKeys),
+                     std::end(PLConstants::strUserLabelSetKeys));
+    QStringList values;
+    if (userInput) {
+        userInput->getSectionName(&name, true);
+        userInput->getKeyList(&keys);
+        userInput->getRawValueList(&values);
+    }
+    CPLSection* analysis = addNewSection(PLConstants::ANALYSISUSERINPUT_SECTION_KEY, name);
+    if (!analysis)
+        return PL_NOTHING_TO_WORK_ON;
+    for (int i = 0; i < keys.size(); ++i)
+        analysis->addKeyValue(keys.at(i), values.value(i));
+    return PL_SUCCESS;
+}
+
+bool CPLClickInfo::isSectionPresent(const QString& sectionKey) const
+{
+    return m_Sections.value(sectionKey.toLower()) != nullptr;
+}
+
+CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
+{
+    return m_Sections.value(sectionKey.toLower());
+}
+
+CPLSection* CPLClickInfo::operator[](int position) const
+{
+    if (position < 0 || position >= m_SectionKeys.size())
+        return nullptr;
+    return (*this)[m_SectionKeys.at(position)];
+}
+
+int CPLClickInfo::getSectionCount(int* count) const
+{
+    if (!count)
+        return PL_NULL_ARGUMENT;
+    *count = m_iSectionCount;
+    return PL_SUCCESS;
+}
+
+int CPLClickInfo::getFileSectionCount() const
+{
+    return m_iFileSectionCount;
+}
+
+QStringList CPLClickInfo::getSectionKeys() const
+{
+    return m_SectionKeys;
+}
+
+QStringList CPLClickInfo::getLeadingLines() const
+{
+    return m_LeadingLines;
+}
+
+int CPLClickInfo::getLastErrorLine() const
+{
+    return m_iLastErrorLine;
+}
+
+int CPLClickInfo::getClickNumber(QString* clickNumber) const
+{
+    if (!clickNumber)
+        return PL_NULL_ARGUMENT;
+    *clickNumber = m_strClickNumber;
+    return PL_SUCCESS;
+}
+
+int CPLClickInfo::setClickNumber(const QString& clickNumber)
+{
+    m_strClickNumber = clickNumber;
+    return PL_SUCCESS;
+}
+
+int CPLClickInfo::loadClickNumber(const QString& sectionText)
+{
+    const int colon = sectionText.indexOf(QLatin1Char(':'));
+    const int lf = sectionText.indexOf(QLatin1Char('\n'));
+    m_strClickNumber.clear();
+    if (colon >= 0 && (lf < 0 || lf > colon))
+        m_strClickNumber = sectionText.mid(colon + 1, lf < 0 ? -1 : lf - colon - 1).trimmed();
+    return m_strClickNumber.isEmpty() ? PL_NOTHING_TO_WORK_ON : PL_SUCCESS;
+}
+
+int CPLClickInfo::obtainValueFromClickInfoFile(const char* buffer, const QString& key,
+                                               QString* value)
+{
+    if (!buffer || !value || key.isEmpty())
+        return PL_NULL_ARGUMENT;
+    value->clear();
+    QString text = QString::fromLatin1(buffer);
+    QTextStream stream(&text, QIODevice::ReadOnly);
+    const QString needle = key + QLatin1Char(':');
+    while (!stream.atEnd()) {
+        QString line = stream.readLine(LOOKUP_LINE_PIECE);
+        line.replace(PLConstants::STR_NEWLINE, QLatin1String("\n"));
+        line.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+        line = line.trimmed();
+        if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+            continue;
+        const int found = line.indexOf(needle, 0, Qt::CaseInsensitive);
+        if (found < 0)
+            continue;
+        const int start = found + needle.size();
+        const int lf = line.indexOf(QLatin1Char('\n'), start);
+        *value = line.mid(start, lf < 0 ? -1 : lf - start).trimmed();
+        return PL_SUCCESS;
+    }
+    return PL_KEY_NOT_FOUND;
+}
+
+int CPLClickInfo::obtainValueFromClickInfoFile(const QString& filePath, const QString& key,
+                                               QString* value)
+{
+    if (!value || key.isEmpty())
+        return PL_NULL_ARGUMENT;
+    QByteArray bytes;
+    const int status = readWholeFile(filePath, &bytes);
+    return status == PL_SUCCESS ? obtainValueFromClickInfoFile(bytes.constData(), key, value)
+                                : status;
+}
+
+template<typename T>
+int CPLClickInfo::getTyped(const QString& sectionKey, const QString& key, T* value) const
+{
+    const CPLSection* section = (*this)[sectionKey];
+    return section ? section->getValue(key, value) : PL_SECTION_NOT_PRESENT;
+}
+
+template<typename T>
+int CPLClickInfo::setTyped(const QString& sectionKey, const QString& key, const T& value)
+{
+    CPLSection* section = (*this)[sectionKey];
+    return section ? section->setValue(key, value) : PL_SECTION_NOT_PRESENT;
+}
+
+int CPLClickInfo::getValue(const QString& s, const QString& k, QString* v) const { return getTyped(s, k, v); }
+int CPLClickInfo::getValue(const QString& s, const QString& k, int* v) const { return getTyped(s, k, v); }
+int CPLClickInfo::getValue(const QString& s, const QString& k, long* v) const { return getTyped(s, k, v); }
+int CPLClickInfo::getValue(const QString& s, const QString& k, short* v) const { return getTyped(s, k, v); }
+int CPLClickInfo::getValue(const QString& s, const QString& k, float* v) const { return getTyped(s, k, v); }
+int CPLClickInfo::getValue(const QString& s, const QString& k, double* v) const { return getTyped(s, k, v); }
+int CPLClickInfo::setValue(const QString& s, const QString& k, const QString& v) { return setTyped(s, k, v); }
+int CPLClickInfo::setValue(const QString& s, const QString& k, int v) { return setTyped(s, k, v); }
+int CPLClickInfo::setValue(const QString& s, const QString& k, long v) { return setTyped(s, k, v); }
+int CPLClickInfo::setValue(const QString& s, const QString& k, short v) { return setTyped(s, k, v); }
+int CPLClickInfo::setValue(const QString& s, const QString& k, float v) { return setTyped(s, k, v); }
+int CPLClickInfo::setValue(const QString& s, const QString& k, double v) { return setTyped(s, k, v); }

@@ -1,0 +1,202 @@
+#ifndef PLCLICKINFO_H
+#define PLCLICKINFO_H
+
+#include "ovparser_global.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class CPLSection;
+
+// The metadata of one acquisition, "ClickInfo.txt", and the base of every document stored as
+// a sectioned text file.
+//
+// The document owns one CPLSection per section, found by its section key in any case, and
+// keeps the keys in the order the sections were added, which is the order of saving. It
+// also keeps the lines that stood before the first section header of the file it loaded
+// (written back first) and the acquisition's click number, the name of its "ClickNumber"
+// section.
+//
+// Text is Latin-1 in both directions. Operations return an int status from PLStatus.h and
+// write their results only on success; nothing is thrown. A document is not safe for use
+// from several threads at once. Documents cannot be copied.
+class OVPARSER_EXPORT CPLClickInfo
+{
+public:
+    CPLClickInfo();
+    virtual ~CPLClickInfo();
+    CPLClickInfo(const CPLClickInfo&) = delete;
+    CPLClickInfo& operator=(const CPLClickInfo&) = delete;
+
+    // Makes one section from its text (header line and body) and adds it under `sectionKey`.
+    // The name is the trimmed text after the header's colon (when the header holds a colon
+    // and no "#" at or before it); the body, the lines after the header, is parsed by the
+    // section. When a section with this key is present, the text is ignored and 0 returned:
+    // the first section with a key wins. Otherwise returns the status of addSection().
+    virtual int loadSectionData(const QString& text, const QString& sectionKey);
+    // Adds a section made elsewhere, taking ownership of it: 16 for a null section, 33 for
+    // an empty section key. When a section with that key is already present, returns 0 and
+    // takes nothing; the caller keeps (and deletes) the section it passed.
+    virtual int addSection(CPLSection* section);
+    // Deletes the section with this key; 0 also when it is absent.
+    virtual int removeSection(const QString& sectionKey);
+    // Cuts a text into sections and loads each with loadSectionData(). A header line is
+    // split at "*** " (or "***") and its first colon; the key is the trimmed text between.
+    // Returns 5 for a header with no prefix, no colon after the prefix or a "#" at or before
+    // the colon, and 33 for an empty key or a "ClickNumber" section without a click number;
+    // loading stops there and keeps the sections read so far. The text is read up to its
+    // first NUL. Sections already present keep their content (see loadClickInfo()).
+    virtual int loadTextBuffer(const QString& text);
+    // Removes every section and empties the click number.
+    virtual void clearData();
+
+    // Loads a file: reads it whole as Latin-1, trims it, turns CR LF and lone CR into LF,
+    // keeps the lines before the first line whose first token is exactly "***" as leading
+    // lines (trimmed), and cuts the text into sections with loadTextBuffer(). Returns 11
+    // when the file cannot be opened or read, else the status of loadTextBuffer(). After a
+    // successful load getFileSectionCount() gives the number of sections; then, when
+    // `appendUserSections` is set, appendUserSpecificSections(false) is called and its
+    // status returned.
+    //
+    // Loading does not clear the document: a section already present keeps its content and
+    // its place, and the file's section with the same key is ignored. The leading lines are
+    // replaced by those of the file.
+    int loadClickInfo(const QString& filePath, bool appendUserSections = false);
+
+    // Loads one image's acquisition from a folder of acquisitions (a sequence folder holds
+    // one subfolder per click). The candidates are `folder` itself and then its subfolders
+    // in name order; each is read from `fileName` ("ClickInfo.txt" when empty). A candidate
+    // counts when its file loads and holds the image section of `imageType` (the name at
+    // that position of OVSGlobalConstants::g_strImageSections, 0 to 12); the one at
+    // position `index` (from 0) among those is loaded into this document.
+    // Returns 48 for an image type outside 0 to 12 or a negative index, 24 when fewer
+    // candidates hold that image, else the status of loadClickInfo() on the chosen file.
+    int loadClickInfo(const QString& folder, const QString& fileName, int imageType, int index);
+
+    // Loads the analysis results of an acquisition, "AnalyzedClickInfo.txt", and adds every
+    // section of it that this document lacks, in the file's order; sections this document
+    // already holds are kept as they are. `path` is the acquisition folder or the file
+    // itself. Returns the load status of the file (11, 5, 33), or 31 when both documents
+    // have click numbers and they differ (the analysis belongs to another acquisition; then
+    // nothing is added).
+    int loadAnalyzedClickInfo(const QString& path);
+
+    // Loads the metadata that a save to a ".dcm" path appended to a DICOM file, from the
+    // file's bytes: `length` bytes at `buffer`, which may hold NUL bytes. The metadata is the
+    // text after the buffer's last NUL byte (the image data before it always holds NULs;
+    // the metadata never does), from its first section header on: the bytes before that
+    // header end the image data, so leading lines are not recovered. Each save appends a new
+    // copy; the last copy is loaded, the one beginning at the last header that repeats the
+    // first header's key. Returns 16 for a null buffer, 31 for a negative length, 33 when
+    // the buffer holds no section header after its last NUL, else the status of
+    // loadTextBuffer().
+    int loadClickInfoDcm(const char* buffer, int length);
+
+    // Writes the document: each leading line followed by LF, each section in order (see
+    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm" (in that case) is
+    // appended to, so that the metadata follows the image data of a DICOM file; any other
+    // path is replaced as a whole through a temporary file, so a failed save leaves the old
+    // file intact. Returns 11 when the file cannot be opened for writing, 31 when it cannot
+    // be written completely (an append that fails is cut back to the old length).
+    int saveClickInfo(const QString& filePath) const;
+    // The text that saveClickInfo() writes.
+    QString getClickInfoData() const;
+
+    // Makes sure the document holds the sections a user edits on an acquisition: a "User
+    // Input" section named after the default label set ("Orvane Universal") with an empty
+    // value for each of its sixteen labels, when there is none; a "Graph Controls" section
+    // with the display defaults, when there is none, or the defaults of the keys it lacks
+    // when there is one (present values are kept). With `withAnalysisSection` it also calls
+    // appendAnalysisUserInputSection(). New sections are added at the end. Returns 0.
+    int appendUserSpecificSections(bool withAnalysisSection);
+    // Adds an "Analysis User Input" section when there is none: a copy of the "User Input"
+    // section's name and entries, or, without one, the default label set's labels with empty
+    // values. A section already present is kept. Returns 0.
+    int appendAnalysisUserInputSection();
+
+    // Whether a section with this key is present, in any case.
+    bool isSectionPresent(const QString& sectionKey) const;
+    // The section with this key, in any case, or null. The document keeps ownership.
+    CPLSection* operator[](const QString& sectionKey) const;
+    // The section at this position of the section order, or null outside it.
+    CPLSection* operator[](int position) const;
+    // The number of sections. 16 for a null pointer.
+    int getSectionCount(int* count) const;
+    // The number of sections right after the last successful load from a file.
+    int getFileSectionCount() const;
+    // The section keys in their own spelling, in the order of saving.
+    QStringList getSectionKeys() const;
+    // The lines that stood before the first section header of the loaded file.
+    QStringList getLeadingLines() const;
+    // The 1-based line (of the file, or of the text given to loadTextBuffer()) at which the
+    // last load stopped with 5 or 33; 0 when it did not stop at a line.
+    int getLastErrorLine() const;
+
+    // The click number. getClickNumber() returns 16 for a null pointer.
+    int getClickNumber(QString* clickNumber) const;
+    int setClickNumber(const QString& clickNumber);
+    // Takes the click number from a "ClickNumber" section's text: the trimmed text between
+    // its first colon and its first line feed. Returns 33 when that is empty.
+    int loadClickNumber(const QString& sectionText);
+
+    // Finds one value in ClickInfo text without building sections: the first line, read in
+    // pieces of at most 200 characters, that holds `key` followed by a colon (in any case,
+    // anywhere in the line, in any section), skipping empty lines and lines that begin with
+    // "#". The value is the trimmed text after the colon. The result is emptied first.
+    // Returns 16 for a null buffer or pointer or an empty key, 24 when no line holds the key.
+    static int obtainValueFromClickInfoFile(const char* buffer, const QString& key,
+                                            QString* value);
+    // The same on a file, read whole. Returns 11 when it cannot be read.
+    static int obtainValueFromClickInfoFile(const QString& filePath, const QString& key,
+                                            QString* value);
+
+    // Typed access by section key and value key: 49 when the section is absent, else the
+    // status of the CPLSection operation of the same name and type (so setting never adds a
+    // key, and inline comments are handled as the section handles them).
+    int getValue(const QString& sectionKey, const QString& key, QString* value) const;
+    int getValue(const QString& sectionKey, const QString& key, int* value) const;
+    int getValue(const QString& sectionKey, const QString& key, long* value) const;
+    int getValue(const QString& sectionKey, const QString& key, short* value) const;
+    int getValue(const QString& sectionKey, const QString& key, float* value) const;
+    int getValue(const QString& sectionKey, const QString& key, double* value) const;
+    int setValue(const QString& sectionKey, const QString& key, const QString& value);
+    int setValue(const QString& sectionKey, const QString& key, int value);
+    int setValue(const QString& sectionKey, const QString& key, long value);
+    int setValue(const QString& sectionKey, const QString& key, short value);
+    int setValue(const QString& sectionKey, const QString& key, float value);
+    int setValue(const QString& sectionKey, const QString& key, double value);
+
+protected:
+    // Loads normalised Latin-1 text (trimmed, LF line ends): leading lines, then sections.
+    // `linesBefore` is the number of lines trimmed off the front, for error lines.
+    int loadNormalisedText(const QByteArray& text, int linesBefore);
+    // Removes the section with this key from the document without deleting it; null when
+    // absent. The caller owns the result.
+    CPLSection* takeSection(const QString& sectionKey);
+    // Hands a section to addSection() and releases it from `section` when the document took
+    // it; otherwise `section` still owns it. Returns the status of addSection().
+    int adoptSection(std::unique_ptr<CPLSection>& section);
+    // Adds a new empty section; returns it, or null when addSection() did not take it.
+    CPLSection* addNewSection(const QString& sectionKey, const QString& sectionName);
+
+    QString m_strClickNumber;
+    // Every section under its key in lower case; the document owns them.
+    QHash<QString, CPLSection*> m_Sections;
+    // The section keys in their own spelling, in order of addition (the order of saving).
+    QStringList m_SectionKeys;
+    int m_iSectionCount = 0;
+    int m_iFileSectionCount = 0;
+    QStringList m_LeadingLines;
+    int m_iLastErrorLine = 0;
+
+private:
+    template<typename T>
+    int getTyped(const QString& sectionKey, const QString& key, T* value) const;
+    template<typename T>
+    int setTyped(const QString& sectionKey, const QString& key, const T& value);
+};
+
+#endif // PLCLICKINFO_H

@@ -1,0 +1,160 @@
+#ifndef PLSECTION_H
+#define PLSECTION_H
+
+#include "ovparser_global.h"
+
+#include <QHash>
+#include <QLatin1String>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+// One section of a sectioned text file: the section key and name from its header line
+//
+//     *** <key>:<tab><name>
+//
+// and its body as an ordered list of entries. A body line "key:<tab>value" is a key/value
+// entry; any other line is a comment entry, kept in place so that comments survive a load
+// and a save. Comment entries are keyed "CommentLine <n>" (n counting from 0 per load) and
+// hold the line's text, made to start with "#" (an empty line holds an empty text).
+//
+// Keys are case-insensitive: lookups and changes use the key in lower case, while the entry
+// keeps the spelling in which it was first added, for output. A value may carry an inline
+// comment after a "#": the plain getters (getValue(), the typed getters, operator[],
+// getValueList()) drop it and trim what is left, the raw getters keep it; the section name
+// follows the same rule in getSectionName().
+//
+// Operations return an int status from PLStatus.h (PL_SUCCESS, 0, on success) and write
+// their results only on success; a section that fails an operation is left unchanged.
+// Nothing is thrown. A section is not safe for use from several threads at once.
+class OVPARSER_EXPORT CPLSection
+{
+public:
+    CPLSection();
+    CPLSection(const QString& sectionKey, const QString& sectionName);
+    CPLSection(const CPLSection& other);
+    CPLSection& operator=(const CPLSection& other);
+    virtual ~CPLSection();
+
+    // Removes every entry; the key and name stay.
+    void clearKeyValuePairs();
+
+    // Parses body text (the lines after the header line) into entries, added after any
+    // entries already present. The text is trimmed and read line by line up to its first
+    // NUL; a line that holds a colon with no "#" at or before it is a key/value entry, the
+    // key and value being the trimmed texts before and after the colon. Every other line is a
+    // comment entry. A key that the body repeats stands twice, in both places with the value
+    // of its last line. Afterwards saveSectionData() writes as many entries as this body had
+    // lines.
+    //
+    // One quirk is kept on purpose: the colon's offset in the untrimmed line is used as the
+    // cut in the trimmed line, so a line that begins with blanks is cut at a shifted place.
+    // The files are written without leading blanks.
+    void loadSectionData(const QString& text);
+    // The same on Latin-1 bytes, without decoding the whole body first.
+    void loadSectionData(QLatin1String text);
+
+    // Replaces `text` with the section in its file form: the header "*** <key>:\t<name>"
+    // ended by CR LF (no name after the tab when the name is empty), then each entry ended
+    // by LF alone ("key:\tvalue", or a comment entry's text alone), then one empty line
+    // (LF). Values are written as stored, inline comments included.
+    void saveSectionData(QString& text) const;
+
+    // The name, without its inline comment unless `raw` is set. 31 for a null pointer.
+    int getSectionName(QString* name, bool raw = false) const;
+    // Stores the name as given, a "#" comment included. Always 0.
+    int setSectionName(const QString& name);
+    // 31 for a null pointer.
+    int getSectionKey(QString* key) const;
+    // 31 for a null string; an empty, non-null string is accepted.
+    int setSectionKey(const QString& key);
+
+    // Adds an entry for `key` when none exists (in any case), then stores the value under
+    // it, replacing an earlier value; the entry keeps its first spelling and place.
+    // 19 for an empty key.
+    int addKeyValue(const QString& key, const QString& value);
+    // The value without its inline comment, trimmed. 16 for a null pointer or an empty key,
+    // 24 when the key is absent.
+    int getValue(const QString& key, QString* value) const;
+    // The value as stored. 16 for a null pointer, 24 when the key is absent.
+    int getRawValue(const QString& key, QString* value) const;
+    // Changes an existing value; never adds an entry (24 when the key is absent). A new
+    // value holding a "#" is stored as given. Otherwise an inline comment of the old value
+    // is kept: the stored value becomes the new value, a tab and the old value from its "#".
+    int setValue(const QString& key, const QString& value);
+    // Stores the value as given. 24 when the key is absent.
+    int setRawValue(const QString& key, const QString& value);
+    // Whether an entry with this key exists, in any case; comment entries count.
+    bool isKeyPresent(const QString& key) const;
+    // getValue(), or a null string when that fails.
+    QString operator[](const QString& key) const;
+    // The value (as by getValue()) of the key/value entry at this position, counting
+    // key/value entries only. A position from the number of key/value entries up to the
+    // number of all entries names the entry at that index of all entries (a comment entry,
+    // for instance); a position outside all entries gives a null string.
+    QString operator[](int position) const;
+    // The key of the entry at `position`, in its first spelling, with the positions of
+    // operator[](int). 31 when the position is not below the number of all entries, 16 for
+    // a null pointer.
+    int getKey(int position, QString* key) const;
+
+    // The number of key/value entries (comment entries not counted). 16 for a null pointer.
+    int getKeyValuePairCount(int* count) const;
+    int count() const;
+    // The keys of the key/value entries in order, in their first spelling. 16 for null.
+    int getKeyList(QStringList* keys) const;
+    // The values of the key/value entries in order, as by getValue() and getRawValue().
+    // 16 for a null pointer.
+    int getValueList(QStringList* values) const;
+    int getRawValueList(QStringList* values) const;
+    // Appends to `keys` (not emptied first) every key/value key that begins with `key` and,
+    // when `subkey` is not null, also contains `subkey`, both without regard to case.
+    // 16 for an empty key or a null pointer.
+    int getKeylistFromKeyAndSubkey(const QString& key, const QString& subkey,
+                                   QStringList* keys) const;
+    // The angle of the rotating animal holder: "MVI-2 Angle" when present, else the older
+    // "MuVI Angle". Returns the status of the read (24 with neither key).
+    int getMVIAngle(double* angle) const;
+
+    // Typed values. A getter reads the text as getValue() does and converts it; text that is
+    // not a number (of that type) reads as 0, with status 0. A setter formats the number and
+    // calls setValue(), so it fails with 24 for an absent key and keeps an inline comment.
+    // Integers are written in decimal, floating-point numbers with six decimals ("%f"),
+    // never in exponent form.
+    int getValue(const QString& key, int* value) const;
+    int getValue(const QString& key, long* value) const;
+    int getValue(const QString& key, short* value) const;
+    int getValue(const QString& key, float* value) const;
+    int getValue(const QString& key, double* value) const;
+    int setValue(const QString& key, int value);
+    int setValue(const QString& key, long value);
+    int setValue(const QString& key, short value);
+    int setValue(const QString& key, float value);
+    int setValue(const QString& key, double value);
+
+    // Every entry's key in file order, comment entries ("CommentLine <n>") included; the
+    // text of a comment entry is its raw value.
+    QStringList getEntryKeys() const;
+    // Whether a key names a comment entry: it contains "CommentLine ", in any case.
+    static bool isCommentKey(const QString& key);
+
+private:
+    template<typename T>
+    int getNumber(const QString& key, T* value) const;
+    int keyIndex(int position) const;
+    void appendEntry(const QString& key, const QString& value);
+    void appendKeyValueEntry(const QString& key, const QString& value);
+
+    QString m_strSectionKey;
+    QString m_strSectionName;
+    // The key of every entry, comment entries included, in order of addition.
+    QStringList m_KeyList;
+    // Every entry's value under its key in lower case.
+    QHash<QString, QString> m_Values;
+    // How many entries saveSectionData() writes.
+    int m_iLineCount = 0;
+    // Index in m_KeyList of each key/value entry, by its position among them (0, 1, 2...).
+    QVector<int> m_KeyOrder;
+};
+
+#endif // PLSECTION_H

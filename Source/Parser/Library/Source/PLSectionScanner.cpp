@@ -1,0 +1,179 @@
+#include "PLSectionScanner.h"
+
+#include "PLAssert_p.h"
+#include "PLConstants.h"
+#include "PLScanner_p.h"
+#include "PLSection.h"
+
+#include <QLoggingCategory>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace PLScan {
+
+qint64 lineEnd(const char* buffer, qint64 length, qint64 begin)
+{
+    const auto* lf = static_cast<const char*>(
+        std::memchr(buffer + begin, '\n', static_cast<size_t>(length - begin)));
+    return lf ? (lf - buffer) + 1 : length + 1;
+}
+
+static qint64 firstTokenStart(const char* buffer, qint64 begin)
+{
+    while (buffer[begin] == ' ' || buffer[begin] == '\t')
+        ++begin;
+    return begin;
+}
+
+static bool startsWithPrefix(const char* text)
+{
+    // Stops at the first byte that is not an asterisk, so never reads past a NUL.
+    return text[0] == '*' && text[1] == '*' && text[2] == '*';
+}
+
+bool isHeaderLine(const char* buffer, qint64 begin)
+{
+    return startsWithPrefix(buffer + firstTokenStart(buffer, begin));
+}
+
+bool firstTokenIsPrefixOnly(const char* buffer, qint64 begin)
+{
+    const char* token = buffer + firstTokenStart(buffer, begin);
+    return startsWithPrefix(token) && (token[3] == ' ' || token[3] == '\t' || token[3] == '\0');
+}
+
+bool nextSection(const char* buffer, qint64 length, qint64& position, SectionRange& section)
+{
+    // A boundary is a header line or the end of the buffer. The section runs from the first
+    // boundary met to the second; text ahead of the first boundary is passed over.
+    int boundaries = 0;
+    qint64 lastBoundary = position;
+    qint64 sectionLength = 0;
+    qint64 cursor = position;
+    for (;;) {
+        const qint64 lineStart = cursor;
+        const bool atEnd = cursor >= length;
+        if (!atEnd)
+            cursor = lineEnd(buffer, length, cursor);
+        if (atEnd || isHeaderLine(buffer, lineStart)) {
+            ++boundaries;
+            const qint64 distance = lineStart - lastBoundary;
+            lastBoundary = lineStart;
+            if (distance != 0)
+                sectionLength = distance;
+        }
+        if (boundaries == 2) {
+            section.begin = lineStart - sectionLength;
+            section.end = lineStart;
+            position = lineStart;
+            return true;
+        }
+        if (atEnd) {
+            position = lineStart;
+            return false;
+        }
+    }
+}
+
+} // namespace PLScan
+
+namespace {
+
+// The length of the buffer of the walk in progress on this thread: a call that continues at
+// the position the previous call left on the same buffer reuses it instead of measuring the
+// whole buffer again, which would make a walk quadratic.
+struct Walk
+{
+    const char* buffer = nullptr;
+    qint64 position = -1;
+    qint64 length = 0;
+};
+thread_local Walk currentWalk;
+
+qint64 walkLength(const char* buffer, qint64 position)
+{
+    if (position > 0 && currentWalk.buffer == buffer && currentWalk.position == position)
+        return currentWalk.length;
+    return static_cast<qint64>(std::strlen(buffer));
+}
+
+void continueWalk(const char* buffer, qint64 position, qint64 length)
+{
+    currentWalk = Walk { buffer, position, length };
+}
+
+// A malloc'd NUL-terminated copy of [begin, end); the range may include the buffer's NUL.
+char* copyRange(const char* buffer, qint64 begin, qint64 end)
+{
+    const auto size = static_cast<size_t>(end - begin);
+    auto* copy = static_cast<char*>(std::malloc(size + 1));
+    std::memcpy(copy, buffer + begin, size);
+    copy[size] = '\0';
+    return copy;
+}
+
+} // namespace
+
+char* readLine(const char* buffer, long* position)
+{
+    if (!buffer)
+        return nullptr;
+    if (!position) {
+        // The first line: found without measuring the whole buffer.
+        const qint64 end = static_cast<qint64>(std::strcspn(buffer, "\n"));
+        return (buffer[end] == '\n' || end > 0) ? copyRange(buffer, 0, end + 1) : nullptr;
+    }
+    const qint64 begin = *position;
+    if (begin < 0)
+        return nullptr;
+    const qint64 length = walkLength(buffer, begin);
+    if (begin >= length)
+        return nullptr;
+    const qint64 end = PLScan::lineEnd(buffer, length, begin);
+    *position = static_cast<long>(end);
+    continueWalk(buffer, end, length);
+    return copyRange(buffer, begin, end);
+}
+
+char* getNextSection(const char* buffer, long* position)
+{
+    if (!buffer)
+        return nullptr;
+    qint64 cursor = position ? *position : 0;
+    if (cursor < 0)
+        return nullptr;
+    const qint64 length = walkLength(buffer, cursor);
+    if (position && cursor >= length)
+        return nullptr;
+    PLScan::SectionRange section;
+    const bool found = PLScan::nextSection(buffer, length, cursor, section);
+    if (position) {
+        *position = static_cast<long>(cursor);
+        continueWalk(buffer, cursor, length);
+    }
+    return found ? copyRange(buffer, section.begin, section.end) : nullptr;
+}
+
+void ParseSectionField(const char* line, CPLSection* section)
+{
+    PL_ASSERT(line != nullptr);
+    PL_ASSERT(section != nullptr);
+    const char* colon = std::strchr(line, ':');
+    if (!colon) {
+        qWarning("ParseSectionField: a body line without a colon was passed; nothing added");
+        return;
+    }
+    section->addKeyValue(QString::fromLatin1(line, static_cast<int>(colon - line)),
+                         QString::fromLatin1(colon + 1));
+}
+
+QString getSectionBuffer(const QString& text)
+{
+    const QString& prefix = PLConstants::SECTIONKEY_PREFIX;
+    const int start = text.indexOf(prefix);
+    if (start < 0)
+        return QString();
+    const int next = text.indexOf(prefix, start + 1);
+    return next < 0 ? text.mid(start) : text.mid(start, next - start);
+}
