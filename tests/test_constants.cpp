@@ -1,4 +1,5 @@
 #include "PLConstants.h"
+#include "TestUtil.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +8,6 @@
 
 #include <iterator>
 #include <ostream>
-
-// Readable failure messages: print the text, not the raw QChar array.
-void PrintTo(const QString& s, std::ostream* os)
-{
-    *os << '"' << s.toStdString() << '"';
-}
 
 using namespace PLConstants;
 using namespace OVSGlobalConstants;

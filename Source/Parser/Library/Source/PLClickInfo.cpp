@@ -247,8 +247,8 @@ int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections
     if (status != PL_SUCCESS)
         return status;
     int linesBefore = 0;
-    status = loadNormalisedText(normalisedText(bytes.constData(), bytes.size(), &linesBefore),
-                                linesBefore);
+    const QByteArray text = normalisedText(bytes.constData(), bytes.size(), &linesBefore);
+    status = loadNormalisedText(text, linesBefore);
     if (status != PL_SUCCESS)
         return status;
     m_iFileSectionCount = m_iSectionCount;
@@ -324,29 +324,31 @@ int CPLClickInfo::loadClickInfoDcm(const char* buffer, int length)
         return PL_NULL_ARGUMENT;
     if (length < 0)
         return PL_INVALID_ARGUMENT;
+    // The metadata follows the last NUL of the image data and begins at its first "*** ",
+    // which may be glued to the last image bytes, since the metadata is appended as it is.
     const char* end = buffer + length;
-    const auto lastNul = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(buffer), '\0');
-    const char* metadata = lastNul.base(); // just past the last NUL, or the buffer's start
+    const char* tail = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(buffer), '\0').base();
+    const QByteArray prefix = PLConstants::SECTIONKEY_PREFIX.toLatin1();
+    const char* start = std::search(tail, end, prefix.cbegin(), prefix.cend());
+    if (start == end)
+        return PL_NOTHING_TO_WORK_ON;
     int linesBefore = 0;
-    const QByteArray text = normalisedText(metadata, end - metadata, &linesBefore);
+    const QByteArray text = normalisedText(start, end - start, &linesBefore);
 
-    // The last copy starts at the last header whose key is the first header's key.
+    // Each save appended a copy; the last one starts at the last header line that repeats
+    // the first header's key.
     const char* data = text.constData();
     const qint64 size = text.size();
     QString firstKey;
-    qint64 lastCopy = -1;
+    parseHeaderKey(lineAt(data, size, 0), &firstKey);
+    qint64 lastCopy = 0;
     for (qint64 position = 0; position < size; position = PLScan::lineEnd(data, size, position)) {
         QString key;
-        if (!PLScan::isHeaderLine(data, position)
-            || parseHeaderKey(lineAt(data, size, position), &key) != PL_SUCCESS)
-            continue;
-        if (lastCopy < 0)
-            firstKey = key;
-        if (key.compare(firstKey, Qt::CaseInsensitive) == 0)
+        if (PLScan::isHeaderLine(data, position)
+            && parseHeaderKey(lineAt(data, size, position), &key) == PL_SUCCESS
+            && key.compare(firstKey, Qt::CaseInsensitive) == 0)
             lastCopy = position;
     }
-    if (lastCopy < 0)
-        return PL_NOTHING_TO_WORK_ON;
     return loadNormalisedText(text.mid(static_cast<int>(lastCopy)), 0);
 }
 

@@ -1,0 +1,480 @@
+#include "PLClickInfo.h"
+#include "PLConstants.h"
+#include "PLSection.h"
+#include "PLStatus.h"
+#include "TestUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <iterator>
+#include <sys/resource.h>
+
+namespace {
+
+class ClickInfoTest : public ::testing::Test
+{
+protected:
+    QString path(const char* name) const { return m_dir.filePath(L1(name)); }
+
+    // Writes `bytes` to a file of the temporary folder and loads it into `doc`.
+    int load(CPLClickInfo& doc, const QByteArray& bytes, const char* name = "ClickInfo.txt")
+    {
+        writeBytes(path(name), bytes);
+        return doc.loadClickInfo(path(name), false);
+    }
+
+    QTemporaryDir m_dir;
+};
+
+// What the library writes for `bytes` after one load.
+QByteArray normalised(const QByteArray& bytes)
+{
+    CPLClickInfo doc;
+    QTemporaryDir dir;
+    const QString file = dir.filePath(L1("in.txt"));
+    writeBytes(file, bytes);
+    EXPECT_EQ(doc.loadClickInfo(file, false), PL_SUCCESS);
+    return doc.getClickInfoData().toLatin1();
+}
+
+// A file as people edit it: a leading line, comments, a repeated key, an inline comment,
+// trailing blanks and blank lines.
+const QByteArray kEdited = "Orvane ClickInfo  \n\n"
+                           "*** ClickNumber:\tKL20260101_001\n"
+                           "Orvane Version:\t4.2.1\n"
+                           "*** User Input:\tOrvane Universal # default set\n"
+                           "# typed at the instrument\n"
+                           "User:  \tKatrin   \n"
+                           "View:\tDorsal\n"
+                           "\n"
+                           "view:\tVentral\n"
+                           "Treatment:\tVehicle # saline\n"
+                           "*** Graph Controls:\n"
+                           "Gamma:\t1.5\n";
+
+const QByteArray kEditedSaved = "Orvane ClickInfo\n"
+                                "\n"
+                                "*** ClickNumber:\tKL20260101_001\r\n"
+                                "Orvane Version:\t4.2.1\n"
+                                "\n"
+                                "*** User Input:\tOrvane Universal # default set\r\n"
+                                "# typed at the instrument\n"
+                                "User:\tKatrin\n"
+                                "View:\tVentral\n"
+                                "\n"
+                                "view:\tVentral\n"
+                                "Treatment:\tVehicle # saline\n"
+                                "\n"
+                                "*** Graph Controls:\t\r\n"
+                                "Gamma:\t1.5\n"
+                                "\n"
+                                "\n\n";
+
+QByteArray withLineEnds(QByteArray text, const char* lineEnd)
+{
+    return text.replace("\n", lineEnd);
+}
+
+// Lowers RLIMIT_FSIZE for the scope so that writes past `bytes` fail with EFBIG.
+struct FileSizeLimit
+{
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit = m_old;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_oldHandler);
+    }
+    rlimit m_old {};
+    void (*m_oldHandler)(int) = nullptr;
+};
+
+} // namespace
+
+TEST_F(ClickInfoTest, SavesWhatItLoadedInTheLibraryForm)
+{
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, kEdited), PL_SUCCESS);
+    EXPECT_EQ(doc.getClickInfoData().toLatin1(), kEditedSaved);
+    EXPECT_EQ(doc.getLeadingLines(), (QStringList { L1("Orvane ClickInfo"), QString() }));
+    QString clickNumber;
+    doc.getClickNumber(&clickNumber);
+    EXPECT_EQ(clickNumber, L1("KL20260101_001"));
+    EXPECT_EQ(doc.getSectionKeys(),
+              (QStringList { L1("ClickNumber"), L1("User Input"), L1("Graph Controls") }));
+    EXPECT_EQ(doc.getFileSectionCount(), 3);
+}
+
+TEST_F(ClickInfoTest, LineEndsDoNotChangeWhatIsLoaded)
+{
+    for (const char* lineEnd : { "\n", "\r\n", "\r" })
+        EXPECT_EQ(normalised(withLineEnds(kEdited, lineEnd)), kEditedSaved) << int(lineEnd[0]);
+}
+
+TEST_F(ClickInfoTest, FilesTheLibraryWroteRoundTripByteForByte)
+{
+    const QByteArray sample
+        = readBytes(QDir(L1(OVPARSER_SAMPLES)).filePath(L1("KL20261104142207_001/ClickInfo.txt")));
+    ASSERT_FALSE(sample.isEmpty());
+    EXPECT_EQ(normalised(sample), sample);
+    EXPECT_EQ(normalised(kEditedSaved), kEditedSaved);
+
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, kEditedSaved), PL_SUCCESS);
+    ASSERT_EQ(doc.saveClickInfo(path("out.txt")), PL_SUCCESS);
+    EXPECT_EQ(readBytes(path("out.txt")), kEditedSaved);
+}
+
+TEST_F(ClickInfoTest, MalformedHeadersStopTheLoadWithTheirLine)
+{
+    struct Case
+    {
+        QByteArray text;
+        int status;
+        int line;
+    };
+    const Case cases[] = {
+        { "*** A:\tx\nk:\tv\n*** No colon here\nk:\tv\n", PL_MALFORMED_SECTION_HEADER, 3 },
+        { "\n\n*** A:\tx\n*** B # note:\tx\n", PL_MALFORMED_SECTION_HEADER, 4 },
+        { "\r\n\r\n\r*** A:\tx\n*** :\tempty key\n", PL_NOTHING_TO_WORK_ON, 5 },
+        { "*** A:\tx\n*** ClickNumber:\t \nk:\tv\n", PL_NOTHING_TO_WORK_ON, 2 },
+    };
+    for (const Case& c : cases) {
+        CPLClickInfo doc;
+        EXPECT_EQ(load(doc, c.text), c.status) << c.text.constData();
+        EXPECT_EQ(doc.getLastErrorLine(), c.line) << c.text.constData();
+        // The sections before the bad one stay.
+        EXPECT_TRUE(doc.isSectionPresent(L1("a"))) << c.text.constData();
+    }
+}
+
+TEST_F(ClickInfoTest, FirstSectionWithAKeyWinsAndLoadingDoesNotClear)
+{
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, "*** Gain:\tfirst\nk:\t1\n*** GAIN:\tsecond\nk:\t2\n"), PL_SUCCESS);
+    int count = 0;
+    doc.getSectionCount(&count);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ((*doc[L1("gain")])[L1("k")], L1("1"));
+
+    ASSERT_EQ(load(doc, "lead\n*** gain:\tthird\nk:\t3\n*** Other:\nx:\t1\n", "second.txt"),
+              PL_SUCCESS);
+    EXPECT_EQ(doc.getSectionKeys(), (QStringList { L1("Gain"), L1("Other") }));
+    EXPECT_EQ((*doc[L1("Gain")])[L1("k")], L1("1"));
+    EXPECT_EQ(doc.getLeadingLines(), QStringList { L1("lead") });
+    EXPECT_EQ(doc.getFileSectionCount(), 2);
+}
+
+TEST_F(ClickInfoTest, TypedAccessByMissingSectionFailsWithoutWriting)
+{
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, "*** Camera System Info:\nBinning:\t4 # hw\n"), PL_SUCCESS);
+    int binning = -1;
+    QString text = L1("unchanged");
+    EXPECT_EQ(doc.getValue(L1("Absent"), L1("Binning"), &binning), PL_SECTION_NOT_PRESENT);
+    EXPECT_EQ(doc.getValue(L1("Absent"), L1("Binning"), &text), PL_SECTION_NOT_PRESENT);
+    EXPECT_EQ(binning, -1);
+    EXPECT_EQ(text, L1("unchanged"));
+    EXPECT_EQ(doc.setValue(L1("Absent"), L1("Binning"), 8), PL_SECTION_NOT_PRESENT);
+    EXPECT_EQ(doc.setValue(L1("camera system info"), L1("Missing"), 8), PL_KEY_NOT_FOUND);
+
+    EXPECT_EQ(doc.setValue(L1("camera system info"), L1("binning"), 8), PL_SUCCESS);
+    EXPECT_EQ(doc.getValue(L1("Camera System Info"), L1("Binning"), &binning), PL_SUCCESS);
+    EXPECT_EQ(binning, 8);
+    EXPECT_EQ(doc.getClickInfoData(), L1("*** Camera System Info:\t\r\nBinning:\t8\t# hw\n\n\n\n"));
+}
+
+TEST_F(ClickInfoTest, AddRemoveAndOwnership)
+{
+    CPLClickInfo doc;
+    EXPECT_EQ(doc.addSection(nullptr), PL_NULL_ARGUMENT);
+    CPLSection noKey;
+    EXPECT_EQ(doc.addSection(&noKey), PL_NOTHING_TO_WORK_ON);
+
+    auto* first = new CPLSection(L1("A"), L1("one"));
+    ASSERT_EQ(doc.addSection(first), PL_SUCCESS);
+    CPLSection duplicate(L1("a"), L1("two")); // not taken: stays ours
+    EXPECT_EQ(doc.addSection(&duplicate), PL_SUCCESS);
+    EXPECT_EQ(doc[L1("A")], first);
+    ASSERT_EQ(doc.addSection(new CPLSection(L1("B"), QString())), PL_SUCCESS);
+    ASSERT_EQ(doc.addSection(new CPLSection(L1("C"), QString())), PL_SUCCESS);
+
+    EXPECT_EQ(doc.removeSection(L1("absent")), PL_SUCCESS);
+    EXPECT_EQ(doc.removeSection(L1("b")), PL_SUCCESS);
+    EXPECT_EQ(doc.getSectionKeys(), (QStringList { L1("A"), L1("C") }));
+    EXPECT_EQ(doc[1], doc[L1("c")]);
+    EXPECT_EQ(doc[2], nullptr);
+    EXPECT_EQ(doc[-1], nullptr);
+    EXPECT_EQ(doc.getSectionCount(nullptr), PL_NULL_ARGUMENT);
+
+    doc.setClickNumber(L1("X"));
+    doc.clearData();
+    int count = -1;
+    doc.getSectionCount(&count);
+    EXPECT_EQ(count, 0);
+    QString clickNumber = L1("unchanged");
+    doc.getClickNumber(&clickNumber);
+    EXPECT_TRUE(clickNumber.isEmpty());
+    EXPECT_EQ(doc.getClickInfoData(), L1("\n\n"));
+}
+
+TEST_F(ClickInfoTest, SavingReplacesOrAppendsToDicomFiles)
+{
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, "lead\n*** A:\tx\nk:\tv\n"), PL_SUCCESS);
+    const QByteArray text = "lead\n*** A:\tx\r\nk:\tv\n\n\n\n";
+
+    writeBytes(path("old.txt"), QByteArray(5000, 'o'));
+    ASSERT_EQ(doc.saveClickInfo(path("old.txt")), PL_SUCCESS);
+    EXPECT_EQ(readBytes(path("old.txt")), text);
+
+    const QByteArray image("DICM\0\0\x01\x02", 8);
+    for (const char* name : { "image.dcm", "upper.DCM" })
+        writeBytes(path(name), image);
+    ASSERT_EQ(doc.saveClickInfo(path("image.dcm")), PL_SUCCESS);
+    ASSERT_EQ(doc.saveClickInfo(path("image.dcm")), PL_SUCCESS);
+    EXPECT_EQ(readBytes(path("image.dcm")), image + text + text);
+    // The extension is compared with regard to case.
+    ASSERT_EQ(doc.saveClickInfo(path("upper.DCM")), PL_SUCCESS);
+    EXPECT_EQ(readBytes(path("upper.DCM")), text);
+
+    EXPECT_EQ(doc.saveClickInfo(path("no/such/folder/ClickInfo.txt")), PL_FILE_OPEN_FAILED);
+}
+
+TEST_F(ClickInfoTest, AFailedSaveLeavesTheOldFileIntact)
+{
+    CPLClickInfo doc;
+    auto* section = new CPLSection(L1("Big"), QString());
+    section->addKeyValue(L1("Data"), QString(20000, QLatin1Char('x')));
+    doc.addSection(section);
+    const QByteArray old(3000, 'o');
+    writeBytes(path("keep.txt"), old);
+    writeBytes(path("keep.dcm"), old);
+    {
+        FileSizeLimit limit(8192);
+        EXPECT_EQ(doc.saveClickInfo(path("keep.txt")), PL_SHORT_WRITE);
+        EXPECT_EQ(doc.saveClickInfo(path("keep.dcm")), PL_SHORT_WRITE);
+    }
+    EXPECT_EQ(readBytes(path("keep.txt")), old);
+    EXPECT_EQ(readBytes(path("keep.dcm")), old);
+    EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files).size(), 2) << "no temporary file left";
+}
+
+TEST_F(ClickInfoTest, LoadsTheLastMetadataCopyOfADicomBuffer)
+{
+    CPLClickInfo first;
+    ASSERT_EQ(load(first, "*** ClickNumber:\tC1\nv:\t1\n*** A:\nk:\told\n"), PL_SUCCESS);
+    // Image bytes: a header before the last NUL belongs to them, and the last byte is glued
+    // to the first metadata line.
+    QByteArray dicom("\0\0DICM*** B:\n\x02\0\x10\x7f", 17);
+    const QByteArray copy1 = first.getClickInfoData().toLatin1();
+    first.setValue(L1("A"), L1("k"), L1("new"));
+    const QByteArray copy2 = first.getClickInfoData().toLatin1();
+    dicom += copy1 + copy2;
+
+    CPLClickInfo doc;
+    ASSERT_EQ(doc.loadClickInfoDcm(dicom.constData(), dicom.size()), PL_SUCCESS);
+    EXPECT_EQ(doc.getClickInfoData().toLatin1(), copy2);
+    EXPECT_FALSE(doc.isSectionPresent(L1("B")));
+
+    EXPECT_EQ(doc.loadClickInfoDcm(nullptr, 4), PL_NULL_ARGUMENT);
+    EXPECT_EQ(doc.loadClickInfoDcm(dicom.constData(), -1), PL_INVALID_ARGUMENT);
+    EXPECT_EQ(doc.loadClickInfoDcm("\0\0pixels", 8), PL_NOTHING_TO_WORK_ON);
+    EXPECT_EQ(doc.loadClickInfoDcm("*** A:\n\0tail", 12), PL_NOTHING_TO_WORK_ON);
+
+    // Without a NUL the whole buffer is metadata.
+    CPLClickInfo plain;
+    ASSERT_EQ(plain.loadClickInfoDcm(copy1.constData(), copy1.size()), PL_SUCCESS);
+    EXPECT_EQ(plain.getClickInfoData().toLatin1(), copy1);
+}
+
+TEST_F(ClickInfoTest, FindsOneValueWithoutLoading)
+{
+    const QByteArray text = "*** ClickNumber:\tC\n"
+                            "# Binning Factor:\tcommented out\n"
+                            "*** luminescent image:\n"
+                            "binning factor:  8 # hw\n"
+                            "*** photographic image:\n"
+                            "Binning Factor:\t2\n";
+    QString value = L1("stale");
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), L1("Binning Factor"), &value),
+              PL_SUCCESS);
+    EXPECT_EQ(value, L1("8 # hw"));
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), L1("Missing"), &value),
+              PL_KEY_NOT_FOUND);
+    EXPECT_TRUE(value.isEmpty());
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(static_cast<const char*>(nullptr), L1("k"), &value),
+              PL_NULL_ARGUMENT);
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), QString(), &value),
+              PL_NULL_ARGUMENT);
+
+    // Lines are read in pieces of 200 characters; only the piece holding the key counts.
+    const QByteArray pieceEndsAfterColon = QByteArray(195, 'x') + " Key:\tcut off at the piece\n";
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(pieceEndsAfterColon.constData(), L1("Key"), &value),
+              PL_SUCCESS);
+    EXPECT_EQ(value, QString());
+    const QByteArray colonInNextPiece = QByteArray(196, 'x') + " Key:\tvalue\n";
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(colonInNextPiece.constData(), L1("Key"), &value),
+              PL_KEY_NOT_FOUND);
+    const QByteArray laterPiece = QByteArray(200, 'x') + "Key:\tsecond piece\n";
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(laterPiece.constData(), L1("Key"), &value),
+              PL_SUCCESS);
+    EXPECT_EQ(value, L1("second piece"));
+
+    writeBytes(path("c.txt"), text);
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(path("c.txt"), L1("BINNING FACTOR"), &value),
+              PL_SUCCESS);
+    EXPECT_EQ(value, L1("8 # hw"));
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(path("absent.txt"), L1("k"), &value),
+              PL_FILE_OPEN_FAILED);
+}
+
+TEST_F(ClickInfoTest, BadInputGivesAStatusNeverACrash)
+{
+    struct Case
+    {
+        const char* what;
+        QByteArray bytes;
+        int status;
+        int sections;
+    };
+    QByteArray binary(4096, '\0');
+    for (int i = 0; i < binary.size(); ++i)
+        binary[i] = char((i * 7919) & 0xff);
+    const Case cases[] = {
+        { "empty", QByteArray(), PL_SUCCESS, 0 },
+        { "blank", "  \r\n\t\n", PL_SUCCESS, 0 },
+        { "no header", "just\nsome text\n", PL_SUCCESS, 0 },
+        { "NUL ends the text", QByteArray("*** A:\nk:\tv\n\0*** B:\n", 20), PL_SUCCESS, 1 },
+        { "header without colon", "*** A\nk:\tv\n", PL_MALFORMED_SECTION_HEADER, 0 },
+        { "only asterisks", "***\n***\n", PL_MALFORMED_SECTION_HEADER, 0 },
+        { "binary", binary, -1, 0 }, // any status will do: it must come back
+        { "giant line", "*** A:\nk:\t" + QByteArray(8 << 20, 'v') + "\n", PL_SUCCESS, 1 },
+    };
+    for (const Case& c : cases) {
+        CPLClickInfo doc;
+        const int status = load(doc, c.bytes);
+        int count = -1;
+        doc.getSectionCount(&count);
+        if (c.status >= 0) {
+            EXPECT_EQ(status, c.status) << c.what;
+            EXPECT_EQ(count, c.sections) << c.what;
+        }
+    }
+    CPLClickInfo doc;
+    EXPECT_EQ(doc.loadClickInfo(path("absent.txt"), false), PL_FILE_OPEN_FAILED);
+    EXPECT_EQ(doc.loadClickInfo(m_dir.path(), false), PL_FILE_OPEN_FAILED);
+}
+
+TEST_F(ClickInfoTest, UserSectionsAreAddedWithTheirDefaults)
+{
+    CPLClickInfo doc;
+    writeBytes(path("ClickInfo.txt"), "*** ClickNumber:\tC\n*** Graph Controls:\nGamma:\t2.2\n");
+    ASSERT_EQ(doc.loadClickInfo(path("ClickInfo.txt"), true), PL_SUCCESS);
+    EXPECT_EQ(doc.getFileSectionCount(), 2);
+    EXPECT_EQ(doc.getSectionKeys(),
+              (QStringList { L1("ClickNumber"), L1("Graph Controls"), L1("User Input") }));
+
+    const CPLSection* userInput = doc[PLConstants::USERINPUT_SECTION_KEY];
+    QStringList labels;
+    userInput->getKeyList(&labels);
+    EXPECT_EQ(labels, QStringList(std::begin(PLConstants::strUserLabelSetKeys),
+                                  std::end(PLConstants::strUserLabelSetKeys)));
+    QString name;
+    userInput->getSectionName(&name);
+    EXPECT_EQ(name, PLConstants::USERLABELSET_DEFAULT_SECTIONNAME);
+
+    // Graph Controls keeps its value and gains the keys it lacked, in default order.
+    const CPLSection* graph = doc[L1("graph controls")];
+    EXPECT_EQ(graph->count(), int(std::size(PLConstants::strGraphSectionKeys)));
+    EXPECT_EQ((*graph)[L1("Gamma")], L1("2.2"));
+    EXPECT_EQ((*graph)[L1("Color Table")], L1("Rainbow"));
+    QString key;
+    graph->getKey(1, &key);
+    EXPECT_EQ(key, L1("Overlay"));
+
+    doc.setValue(L1("User Input"), L1("User"), L1("kl"));
+    ASSERT_EQ(doc.appendUserSpecificSections(true), PL_SUCCESS);
+    const CPLSection* analysis = doc[PLConstants::ANALYSISUSERINPUT_SECTION_KEY];
+    ASSERT_NE(analysis, nullptr);
+    EXPECT_EQ((*analysis)[L1("User")], L1("kl"));
+    EXPECT_EQ(analysis->count(), 16);
+}
+
+TEST_F(ClickInfoTest, AnalysisFileAddsTheSectionsTheAcquisitionLacks)
+{
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, "*** ClickNumber:\tC1\n*** User Input:\nUser:\tkl\n"), PL_SUCCESS);
+    writeBytes(path(PLConstants::ANALYZED_CLICKINFO_FILENAME.toLatin1().constData()),
+               "*** ClickNumber:\tC1\n*** User Input:\nUser:\tother\n*** ROIs:\nROI 1:\t5\n");
+    ASSERT_EQ(doc.loadAnalyzedClickInfo(m_dir.path()), PL_SUCCESS);
+    EXPECT_EQ(doc.getSectionKeys(), (QStringList { L1("ClickNumber"), L1("User Input"), L1("ROIs") }));
+    EXPECT_EQ(doc.getValue(L1("User Input"), L1("User"), static_cast<QString*>(nullptr)), PL_NULL_ARGUMENT);
+    EXPECT_EQ((*doc[L1("User Input")])[L1("User")], L1("kl"));
+
+    writeBytes(path("other.txt"), "*** ClickNumber:\tC2\n*** Tags:\nt:\t1\n");
+    EXPECT_EQ(doc.loadAnalyzedClickInfo(path("other.txt")), PL_INVALID_ARGUMENT);
+    EXPECT_FALSE(doc.isSectionPresent(L1("Tags")));
+    EXPECT_EQ(doc.loadAnalyzedClickInfo(path("absent.txt")), PL_FILE_OPEN_FAILED);
+}
+
+TEST_F(ClickInfoTest, LoadsTheNthImageOfATypeFromASequenceFolder)
+{
+    // Three clicks: luminescent, photograph only, luminescent.
+    const char* clicks[] = { "c1", "c2", "c3" };
+    const char* sections[] = { "luminescent image", "photographic image", "luminescent image" };
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1(clicks[i])));
+        writeBytes(QDir(path(clicks[i])).filePath(PLConstants::CLICKINFO_FILENAME),
+                   QByteArray("*** ClickNumber:\t") + clicks[i] + "\n*** " + sections[i] + ":\n");
+    }
+    QString clickNumber;
+    CPLClickInfo second;
+    ASSERT_EQ(second.loadClickInfo(m_dir.path(), QString(), 1, 1), PL_SUCCESS);
+    second.getClickNumber(&clickNumber);
+    EXPECT_EQ(clickNumber, L1("c3"));
+
+    CPLClickInfo photo;
+    ASSERT_EQ(photo.loadClickInfo(m_dir.path(), PLConstants::CLICKINFO_FILENAME, 0, 0), PL_SUCCESS);
+    photo.getClickNumber(&clickNumber);
+    EXPECT_EQ(clickNumber, L1("c2"));
+
+    CPLClickInfo none;
+    EXPECT_EQ(none.loadClickInfo(m_dir.path(), QString(), 1, 2), PL_KEY_NOT_FOUND);
+    EXPECT_EQ(none.loadClickInfo(m_dir.path(), QString(), 13, 0), PL_OUT_OF_RANGE);
+    EXPECT_EQ(none.loadClickInfo(m_dir.path(), QString(), 1, -1), PL_OUT_OF_RANGE);
+}
+
+// A derived document's addSection() is what loading calls.
+class RenamingDocument : public CPLClickInfo
+{
+public:
+    int addSection(CPLSection* section) override
+    {
+        ++m_calls;
+        return CPLClickInfo::addSection(section);
+    }
+    int m_calls = 0;
+};
+
+TEST_F(ClickInfoTest, LoadingGoesThroughTheVirtualOperations)
+{
+    RenamingDocument doc;
+    EXPECT_EQ(doc.loadTextBuffer(L1("*** A:\n*** B:\n*** a:\n")), PL_SUCCESS);
+    EXPECT_EQ(doc.m_calls, 2); // the repeated key is dropped before addSection()
+    EXPECT_EQ(doc.loadClickNumber(L1("*** ClickNumber:\n")), PL_NOTHING_TO_WORK_ON);
+    EXPECT_EQ(doc.loadClickNumber(L1("*** ClickNumber:\t K1 \nbody: x\n")), PL_SUCCESS);
+    QString clickNumber;
+    doc.getClickNumber(&clickNumber);
+    EXPECT_EQ(clickNumber, L1("K1"));
+}
