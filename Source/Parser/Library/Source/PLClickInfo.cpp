@@ -1,7 +1,6 @@
 #include "PLClickInfo.h"
 
 #include "PLConstants.h"
-#include "PLLatin1_p.h"
 #include "PLScanner_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
@@ -27,44 +26,56 @@ constexpr qint64 LOOKUP_LINE_PIECE = 200;
 // numbers in the result can be told as lines of the original text.
 QByteArray normalisedText(const char* data, qsizetype size, int* linesBefore)
 {
-    const PLLatin1::Span text = PLLatin1::trimmed({ data, data + size });
+    const PLText::Span<char> text = PLText::trimmed(PLText::Span<char> { data, data + size });
     int breaks = 0;
     for (const char* p = data; p != text.begin; ++p)
         breaks += *p == '\n' || (*p == '\r' && (p + 1 == text.begin || p[1] != '\n'));
     *linesBefore = breaks;
 
-    QByteArray result;
-    result.reserve(static_cast<int>(text.size()));
-    for (const char* p = text.begin; p != text.end; ++p) {
-        if (*p != '\r') {
-            result.append(*p);
-            continue;
-        }
-        result.append('\n');
-        if (p + 1 != text.end && p[1] == '\n')
+    QByteArray result(static_cast<int>(text.size()), Qt::Uninitialized);
+    char* out = result.data();
+    for (const char* p = text.begin; p != text.end;) {
+        const auto* cr = static_cast<const char*>(std::memchr(p, '\r', static_cast<size_t>(text.end - p)));
+        const char* runEnd = cr ? cr : text.end;
+        std::memcpy(out, p, static_cast<size_t>(runEnd - p));
+        out += runEnd - p;
+        if (!cr)
+            break;
+        *out++ = '\n';
+        p = cr + 1;
+        if (p != text.end && *p == '\n')
             ++p;
     }
+    result.truncate(static_cast<int>(out - result.constData()));
     return result;
 }
 
 // Splits a section header line into its key: the trimmed text between the "*** " prefix
 // (or "***" when no blank follows) and the first colon. 5 when there is no prefix, no
 // colon after it, or a "#" at or before the colon.
-int parseHeaderKey(const QString& header, QString* key)
+int parseHeaderKey(QStringView header, QString* key)
 {
-    int prefixLength = PLConstants::SECTIONKEY_PREFIX.size();
-    int prefix = header.indexOf(PLConstants::SECTIONKEY_PREFIX);
-    if (prefix < 0) {
-        prefixLength = 3;
-        prefix = header.indexOf(PLConstants::SECTIONKEY_PREFIX.left(prefixLength));
+    const QStringView fullPrefix(PLConstants::SECTIONKEY_PREFIX);
+    QStringView prefix = fullPrefix;
+    qsizetype start = header.indexOf(prefix);
+    if (start < 0) {
+        prefix = fullPrefix.left(3);
+        start = header.indexOf(prefix);
     }
-    const int colon = header.indexOf(QLatin1Char(':'));
-    const int hash = header.indexOf(QLatin1Char('#'));
-    const int keyStart = prefix + prefixLength;
-    if (prefix < 0 || colon < keyStart || (hash >= 0 && hash <= colon))
+    const qsizetype colon = header.indexOf(QLatin1Char(':'));
+    const qsizetype hash = header.indexOf(QLatin1Char('#'));
+    const qsizetype keyStart = start + prefix.size();
+    if (start < 0 || colon < keyStart || (hash >= 0 && hash <= colon))
         return PL_MALFORMED_SECTION_HEADER;
-    *key = header.mid(keyStart, colon - keyStart).trimmed();
+    *key = header.mid(keyStart, colon - keyStart).trimmed().toString();
     return PL_SUCCESS;
+}
+
+// The line at `begin` without its line feed's successor, read up to the end of the text.
+QStringView lineAt(const QChar* data, qint64 length, qint64 begin)
+{
+    const qint64 end = qMin(PLScan::lineEnd(data, length, begin), length);
+    return QStringView(data + begin, end - begin);
 }
 
 QString lineAt(const char* data, qint64 length, qint64 begin)
@@ -73,9 +84,17 @@ QString lineAt(const char* data, qint64 length, qint64 begin)
     return QString::fromLatin1(data + begin, static_cast<int>(end - begin));
 }
 
-int lineNumberAt(const char* data, qint64 offset)
+// The length of a text read as C text: up to its first NUL.
+template<typename Char>
+qint64 textLength(const Char* data, qint64 size)
 {
-    return 1 + static_cast<int>(std::count(data, data + offset, '\n'));
+    const Char* nul = PLText::find(data, data + size, '\0');
+    return nul ? nul - data : size;
+}
+
+int lineNumberAt(const QChar* data, qint64 offset)
+{
+    return 1 + static_cast<int>(std::count(data, data + offset, QLatin1Char('\n')));
 }
 
 int replaceFile(const QString& filePath, const QByteArray& bytes)
@@ -128,14 +147,15 @@ int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey
     auto section = std::make_unique<CPLSection>();
     section->setSectionKey(sectionKey);
 
-    const int lf = text.indexOf(QLatin1Char('\n'));
-    const QString header = lf < 0 ? text : text.left(lf + 1);
-    const int colon = header.indexOf(QLatin1Char(':'));
-    const int hash = header.indexOf(QLatin1Char('#'));
+    const QStringView block(text);
+    const qsizetype lf = block.indexOf(QLatin1Char('\n'));
+    const QStringView header = lf < 0 ? block : block.left(lf + 1);
+    const qsizetype colon = header.indexOf(QLatin1Char(':'));
+    const qsizetype hash = header.indexOf(QLatin1Char('#'));
     if (colon >= 0 && (hash < 0 || hash > colon))
-        section->setSectionName(header.mid(colon + 1).trimmed());
+        section->setSectionName(header.mid(colon + 1).trimmed().toString());
     if (lf >= 0)
-        section->loadSectionData(text.mid(lf + 1));
+        section->loadSectionData(block.mid(lf + 1));
     return adoptSection(section);
 }
 
@@ -146,10 +166,9 @@ int CPLClickInfo::addSection(CPLSection* section)
     QString key;
     if (section->getSectionKey(&key) != PL_SUCCESS || key.isEmpty())
         return PL_NOTHING_TO_WORK_ON;
-    const QString lowerKey = key.toLower();
-    if (m_Sections.value(lowerKey))
+    if (m_Sections.value(key))
         return PL_SUCCESS;
-    m_Sections.insert(lowerKey, section);
+    m_Sections.insert(key, section);
     m_SectionKeys.append(key);
     ++m_iSectionCount;
     return PL_SUCCESS;
@@ -163,7 +182,7 @@ int CPLClickInfo::removeSection(const QString& sectionKey)
 
 CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
 {
-    const auto it = m_Sections.find(sectionKey.toLower());
+    const auto it = m_Sections.find(sectionKey);
     if (it == m_Sections.end())
         return nullptr;
     CPLSection* section = it.value();
@@ -183,7 +202,7 @@ int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)
     const int status = addSection(section.get());
     QString key;
     section->getSectionKey(&key);
-    if (m_Sections.value(key.toLower()) == section.get())
+    if (m_Sections.value(key) == section.get())
         section.release();
     return status;
 }
@@ -199,20 +218,19 @@ CPLSection* CPLClickInfo::addNewSection(const QString& sectionKey, const QString
 int CPLClickInfo::loadTextBuffer(const QString& text)
 {
     m_iLastErrorLine = 0;
-    const QByteArray bytes = text.toLatin1();
-    const char* data = bytes.constData();
-    const qint64 length = qstrnlen(data, static_cast<uint>(bytes.size()));
+    // utf16() guarantees the terminating 0 the scanner stops at.
+    const auto* data = reinterpret_cast<const QChar*>(text.utf16());
+    const qint64 length = textLength(data, text.size());
 
     qint64 position = 0;
     PLScan::SectionRange range;
     while (position < length && PLScan::nextSection(data, length, position, range)) {
-        const qint64 end = qMin(range.end, length);
-        const QString header = lineAt(data, length, range.begin);
+        const QStringView header = lineAt(data, length, range.begin);
         QString key;
         int status = parseHeaderKey(header, &key);
         if (status == PL_SUCCESS) {
-            const QString block = QString::fromLatin1(data + range.begin, static_cast<int>(end - range.begin));
-            if (key.toLower() == PLConstants::CLICKNUMBER_KEY.toLower())
+            const QString block(data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
+            if (CPLCaseInsensitiveKey(key) == PLConstants::CLICKNUMBER_KEY)
                 status = loadClickNumber(block);
             if (status == PL_SUCCESS)
                 status = loadSectionData(block, key);
@@ -220,7 +238,7 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
         if (status != PL_SUCCESS) {
             m_iLastErrorLine = lineNumberAt(data, range.begin);
             qWarning("Loading stopped with status %d at line %d, section header \"%s\"", status,
-                     m_iLastErrorLine, qPrintable(header.trimmed()));
+                     m_iLastErrorLine, qPrintable(header.trimmed().toString()));
             return status;
         }
     }
@@ -259,7 +277,7 @@ int CPLClickInfo::loadNormalisedText(const QByteArray& text, int linesBefore)
 {
     // Lines up to the first line whose first token is exactly "***" are kept as they are.
     const char* data = text.constData();
-    const qint64 length = qstrnlen(data, static_cast<uint>(text.size()));
+    const qint64 length = textLength(data, text.size());
     m_LeadingLines.clear();
     for (qint64 position = 0; position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
         m_LeadingLines.append(lineAt(data, length, position).trimmed());
@@ -359,7 +377,7 @@ QString CPLClickInfo::getClickInfoData() const
         text += line + QLatin1Char('\n');
     QString sectionText;
     for (const QString& key : m_SectionKeys) {
-        if (const CPLSection* section = m_Sections.value(key.toLower())) {
+        if (const CPLSection* section = m_Sections.value(key)) {
             section->saveSectionData(sectionText);
             text += sectionText;
         }
@@ -423,12 +441,12 @@ int CPLClickInfo::appendAnalysisUserInputSection()
 
 bool CPLClickInfo::isSectionPresent(const QString& sectionKey) const
 {
-    return m_Sections.value(sectionKey.toLower()) != nullptr;
+    return m_Sections.value(sectionKey) != nullptr;
 }
 
 CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
 {
-    return m_Sections.value(sectionKey.toLower());
+    return m_Sections.value(sectionKey);
 }
 
 CPLSection* CPLClickInfo::operator[](int position) const

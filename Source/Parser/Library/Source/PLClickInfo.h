@@ -1,6 +1,7 @@
 #ifndef PLCLICKINFO_H
 #define PLCLICKINFO_H
 
+#include "PLCaseInsensitiveKey.h"
 #include "ovparser_global.h"
 
 #include <QHash>
@@ -183,8 +184,8 @@ protected:
     CPLSection* addNewSection(const QString& sectionKey, const QString& sectionName);
 
     QString m_strClickNumber;
-    // Every section under its key in lower case; the document owns them.
-    QHash<QString, CPLSection*> m_Sections;
+    // Every section under its key, in any case; the document owns them.
+    QHash<CPLCaseInsensitiveKey, CPLSection*> m_Sections;
     // The section keys in their own spelling, in order of addition (the order of saving).
     QStringList m_SectionKeys;
     int m_iSectionCount = 0;

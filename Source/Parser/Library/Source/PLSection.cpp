@@ -1,10 +1,9 @@
 #include "PLSection.h"
 
 #include "PLConstants.h"
-#include "PLLatin1_p.h"
+#include "PLText_p.h"
 #include "PLStatus.h"
 
-#include <cstring>
 
 namespace {
 
@@ -19,9 +18,9 @@ QString withoutInlineComment(const QString& text)
     return hash < 0 ? text : text.left(hash).trimmed();
 }
 
-QString fromSpan(PLLatin1::Span span)
+QString fromSpan(PLText::Span<QChar> span)
 {
-    return QString::fromLatin1(span.begin, static_cast<int>(span.size()));
+    return QString(span.begin, static_cast<int>(span.size()));
 }
 
 // Conversions of the typed getters: Qt's own decimal parsing, which gives 0 for text that is
@@ -68,38 +67,42 @@ void CPLSection::clearKeyValuePairs()
 
 void CPLSection::loadSectionData(const QString& text)
 {
-    const QByteArray bytes = text.trimmed().toLatin1();
-    loadSectionData(QLatin1String(bytes.constData(), bytes.size()));
+    loadSectionData(QStringView(text));
 }
 
-void CPLSection::loadSectionData(QLatin1String text)
+void CPLSection::loadSectionData(QStringView text)
 {
-    using PLLatin1::Span;
-    Span body = PLLatin1::trimmed({ text.data(), text.data() + text.size() });
-    // The body is read as a C string: it ends at its first NUL.
-    body.end = body.begin + qstrnlen(body.begin, static_cast<uint>(body.size()));
+    using Span = PLText::Span<QChar>;
+    Span body = PLText::trimmed(Span { text.data(), text.data() + text.size() });
+    // The body is read as C text: it ends at its first NUL.
+    if (const QChar* nul = PLText::find(body.begin, body.end, '\0'))
+        body.end = nul;
 
     int commentNumber = 0;
     int lines = 0;
-    for (const char* lineBegin = body.begin; lineBegin < body.end; ++lines) {
-        const auto* lf = static_cast<const char*>(
-            std::memchr(lineBegin, '\n', static_cast<size_t>(body.end - lineBegin)));
-        const Span line { lineBegin, lf ? lf + 1 : body.end };
+    for (const QChar* lineBegin = body.begin; lineBegin < body.end; ++lines) {
+        // One pass over the line finds its end, its first colon and its first "#".
+        const QChar* colon = nullptr;
+        const QChar* hash = nullptr;
+        const QChar* c = lineBegin;
+        for (; c != body.end && *c != QLatin1Char('\n'); ++c) {
+            if (*c == QLatin1Char(':') && !colon)
+                colon = c;
+            else if (*c == QLatin1Char('#') && !hash)
+                hash = c;
+        }
+        const Span line { lineBegin, c == body.end ? c : c + 1 };
         lineBegin = line.end;
 
-        const auto lineSize = static_cast<size_t>(line.size());
-        const auto* colon = static_cast<const char*>(std::memchr(line.begin, ':', lineSize));
-        const auto* hash = static_cast<const char*>(std::memchr(line.begin, '#', lineSize));
-        const Span trimmedLine = PLLatin1::trimmed(line);
+        const Span trimmedLine = PLText::trimmed(line);
         if (colon && (!hash || hash > colon)) {
             // The colon's offset in the untrimmed line cuts the trimmed line.
             const qsizetype cut = colon - line.begin;
             const qsizetype size = trimmedLine.size();
-            const char* start = trimmedLine.begin;
+            const QChar* start = trimmedLine.begin;
             const Span key { start, start + qMin(cut, size) };
             const Span value { start + qMin(cut + 1, size), trimmedLine.end };
-            appendKeyValueEntry(fromSpan(PLLatin1::trimmed(key)),
-                                fromSpan(PLLatin1::trimmed(value)));
+            appendKeyValueEntry(fromSpan(PLText::trimmed(key)), fromSpan(PLText::trimmed(value)));
         } else {
             QString comment = fromSpan(trimmedLine);
             if (!comment.isEmpty() && !comment.startsWith(QLatin1Char('#')))
@@ -112,7 +115,7 @@ void CPLSection::loadSectionData(QLatin1String text)
 
 void CPLSection::appendEntry(const QString& key, const QString& value)
 {
-    m_Values.insert(key.toLower(), value);
+    m_Values.insert(key, value);
     m_KeyList.append(key);
 }
 
@@ -129,7 +132,7 @@ void CPLSection::saveSectionData(QString& text) const
     const int lines = qMin(m_iLineCount, m_KeyList.size());
     for (int i = 0; i < lines; ++i) {
         const QString& key = m_KeyList.at(i);
-        const QString value = m_Values.value(key.toLower());
+        const QString value = m_Values.value(key);
         if (isCommentKey(key))
             text += value;
         else
@@ -173,13 +176,12 @@ int CPLSection::addKeyValue(const QString& key, const QString& value)
 {
     if (key.isEmpty())
         return PL_EMPTY_KEY;
-    const QString lowerKey = key.toLower();
-    if (!m_Values.contains(lowerKey)) {
+    if (!m_Values.contains(key)) {
         m_KeyOrder.append(m_KeyList.size());
         m_KeyList.append(key);
         ++m_iLineCount;
     }
-    m_Values.insert(lowerKey, value);
+    m_Values.insert(key, value);
     return PL_SUCCESS;
 }
 
@@ -187,7 +189,7 @@ int CPLSection::getValue(const QString& key, QString* value) const
 {
     if (!value || key.isEmpty())
         return PL_NULL_ARGUMENT;
-    const auto it = m_Values.constFind(key.toLower());
+    const auto it = m_Values.constFind(key);
     if (it == m_Values.constEnd())
         return PL_KEY_NOT_FOUND;
     *value = withoutInlineComment(*it);
@@ -198,7 +200,7 @@ int CPLSection::getRawValue(const QString& key, QString* value) const
 {
     if (!value)
         return PL_NULL_ARGUMENT;
-    const auto it = m_Values.constFind(key.toLower());
+    const auto it = m_Values.constFind(key);
     if (it == m_Values.constEnd())
         return PL_KEY_NOT_FOUND;
     *value = *it;
@@ -207,7 +209,7 @@ int CPLSection::getRawValue(const QString& key, QString* value) const
 
 int CPLSection::setValue(const QString& key, const QString& value)
 {
-    const auto it = m_Values.find(key.toLower());
+    const auto it = m_Values.find(key);
     if (it == m_Values.end())
         return PL_KEY_NOT_FOUND;
     const int oldComment = it->indexOf(QLatin1Char('#'));
@@ -220,7 +222,7 @@ int CPLSection::setValue(const QString& key, const QString& value)
 
 int CPLSection::setRawValue(const QString& key, const QString& value)
 {
-    const auto it = m_Values.find(key.toLower());
+    const auto it = m_Values.find(key);
     if (it == m_Values.end())
         return PL_KEY_NOT_FOUND;
     *it = value;
@@ -229,7 +231,7 @@ int CPLSection::setRawValue(const QString& key, const QString& value)
 
 bool CPLSection::isKeyPresent(const QString& key) const
 {
-    return m_Values.contains(key.toLower());
+    return m_Values.contains(key);
 }
 
 QString CPLSection::operator[](const QString& key) const
@@ -291,7 +293,7 @@ int CPLSection::getValueList(QStringList* values) const
     QStringList result;
     result.reserve(m_KeyOrder.size());
     for (const int index : m_KeyOrder)
-        result.append(withoutInlineComment(m_Values.value(m_KeyList.at(index).toLower())));
+        result.append(withoutInlineComment(m_Values.value(m_KeyList.at(index))));
     *values = result;
     return PL_SUCCESS;
 }
@@ -303,7 +305,7 @@ int CPLSection::getRawValueList(QStringList* values) const
     QStringList result;
     result.reserve(m_KeyOrder.size());
     for (const int index : m_KeyOrder)
-        result.append(m_Values.value(m_KeyList.at(index).toLower()));
+        result.append(m_Values.value(m_KeyList.at(index)));
     *values = result;
     return PL_SUCCESS;
 }

@@ -1,12 +1,13 @@
 #ifndef PLSECTION_H
 #define PLSECTION_H
 
+#include "PLCaseInsensitiveKey.h"
 #include "ovparser_global.h"
 
 #include <QHash>
-#include <QLatin1String>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 #include <QVector>
 
 // One section of a sectioned text file: the section key and name from its header line
@@ -18,8 +19,8 @@
 // and a save. Comment entries are keyed "CommentLine <n>" (n counting from 0 per load) and
 // hold the line's text, made to start with "#" (an empty line holds an empty text).
 //
-// Keys are case-insensitive: lookups and changes use the key in lower case, while the entry
-// keeps the spelling in which it was first added, for output. A value may carry an inline
+// Keys are case-insensitive: a key matches an entry when their lower-case forms are equal,
+// and the entry keeps the spelling in which it was first added, for output. A value may carry an inline
 // comment after a "#": the plain getters (getValue(), the typed getters, operator[],
 // getValueList()) drop it and trim what is left, the raw getters keep it; the section name
 // follows the same rule in getSectionName().
@@ -51,8 +52,7 @@ public:
     // cut in the trimmed line, so a line that begins with blanks is cut at a shifted place.
     // The files are written without leading blanks.
     void loadSectionData(const QString& text);
-    // The same on Latin-1 bytes, without decoding the whole body first.
-    void loadSectionData(QLatin1String text);
+    void loadSectionData(QStringView text);
 
     // Replaces `text` with the section in its file form: the header "*** <key>:\t<name>"
     // ended by CR LF (no name after the tab when the name is empty), then each entry ended
@@ -149,8 +149,8 @@ private:
     QString m_strSectionName;
     // The key of every entry, comment entries included, in order of addition.
     QStringList m_KeyList;
-    // Every entry's value under its key in lower case.
-    QHash<QString, QString> m_Values;
+    // Every entry's value under its key, in any case (the first spelling is kept).
+    QHash<CPLCaseInsensitiveKey, QString> m_Values;
     // How many entries saveSectionData() writes.
     int m_iLineCount = 0;
     // Index in m_KeyList of each key/value entry, by its position among them (0, 1, 2...).

@@ -1,0 +1,74 @@
+#ifndef PLTEXT_P_H
+#define PLTEXT_P_H
+
+// Internal header, not installed: helpers shared by the scanners of Latin-1 bytes and of
+// text already decoded into QChars.
+
+#include <QChar>
+#include <QStringView>
+
+#include <cstring>
+
+namespace PLText {
+
+// White space exactly as QString::trimmed() sees it. For bytes, read as Latin-1: tab, line
+// feed, vertical tab, form feed, carriage return, blank, NEL (0x85) and no-break space
+// (0xA0); trimming bytes with this rule gives the same text as decoding first and trimming
+// after.
+inline bool isSpace(char c)
+{
+    const auto u = static_cast<unsigned char>(c);
+    return u == 0x20 || (u >= 0x09 && u <= 0x0d) || u == 0x85 || u == 0xa0;
+}
+
+inline bool isSpace(QChar c)
+{
+    return c.isSpace();
+}
+
+// The code of a character: bytes are Latin-1.
+inline ushort unit(char c)
+{
+    return static_cast<unsigned char>(c);
+}
+
+inline ushort unit(QChar c)
+{
+    return c.unicode();
+}
+
+// A half-open range [begin, end) of characters.
+template<typename Char>
+struct Span
+{
+    const Char* begin;
+    const Char* end;
+
+    qsizetype size() const { return end - begin; }
+};
+
+template<typename Char>
+Span<Char> trimmed(Span<Char> s)
+{
+    while (s.begin != s.end && isSpace(*s.begin))
+        ++s.begin;
+    while (s.end != s.begin && isSpace(s.end[-1]))
+        --s.end;
+    return s;
+}
+
+// The first `c` in [begin, end), or null.
+inline const char* find(const char* begin, const char* end, char c)
+{
+    return static_cast<const char*>(std::memchr(begin, c, static_cast<size_t>(end - begin)));
+}
+
+inline const QChar* find(const QChar* begin, const QChar* end, char c)
+{
+    const qsizetype i = QStringView(begin, end - begin).indexOf(QLatin1Char(c));
+    return i < 0 ? nullptr : begin + i;
+}
+
+} // namespace PLText
+
+#endif // PLTEXT_P_H
