@@ -102,7 +102,9 @@ int replaceFile(const QString& filePath, const QByteArray& bytes)
     QSaveFile file(filePath);
     if (!file.open(QIODevice::WriteOnly))
         return PL_FILE_OPEN_FAILED;
-    if (file.write(bytes) != bytes.size()) {
+    // QSaveFile::commit() does not report a failure of its own final flush, so flush here:
+    // a short write must never replace the old file.
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
         file.cancelWriting();
         return PL_SHORT_WRITE;
     }
@@ -111,11 +113,13 @@ int replaceFile(const QString& filePath, const QByteArray& bytes)
 
 int appendToFile(const QString& filePath, const QByteArray& bytes)
 {
+    // Unbuffered, so that a short write shows at once and no buffered rest is flushed after
+    // the file has been cut back to its old length.
     QFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
         return PL_FILE_OPEN_FAILED;
     const qint64 oldSize = file.size();
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
+    if (file.write(bytes) != bytes.size()) {
         file.resize(oldSize);
         return PL_SHORT_WRITE;
     }
