@@ -1,5 +1,7 @@
 #include "PLCaseInsensitiveKey.h"
 
+#include "PLKeyHash_p.h"
+
 #include <array>
 #include <cstring>
 
@@ -20,85 +22,78 @@ constexpr std::array<ushort, 256> LOWER_LATIN1 = makeLowerLatin1();
 
 // The hash folds case by setting bit 0x20 of every character of the lower-case form, so
 // that a Latin-1 text can be hashed without lowering it: for Latin-1, c | 0x20 equals
-// lower(c) | 0x20. Four characters are mixed at a time. Equal keys hash alike whichever
-// way they were lowered; texts that differ in other ways than case may hash alike too,
-// which only costs a comparison.
+// lower(c) | 0x20. Four characters are mixed at a time. Texts that differ in more than
+// case may hash alike too, which only costs a comparison.
 constexpr quint64 CASE_BITS = 0x0020002000200020ull;
 constexpr quint64 WIDE_BITS = 0xff00ff00ff00ff00ull;
 constexpr quint64 MIX = 0x9e3779b97f4a7c15ull;
 
-// Returns the hash of the folded text and whether any character was above 0xff.
-uint hashFolded(const QString& text, uint seed, bool* wide)
+// The hash of the folded text; *wide tells whether a character was above 0xff.
+uint hashFolded(QStringView text, uint seed, bool* wide)
 {
-    const auto* c = reinterpret_cast<const uchar*>(text.constData());
-    const int size = text.size();
+    const auto* c = reinterpret_cast<const uchar*>(text.data());
+    const qsizetype size = text.size();
     quint64 hash = (quint64(seed) ^ quint64(size)) * MIX;
     quint64 wideBits = 0;
-    int i = 0;
+    qsizetype i = 0;
     for (; i + 4 <= size; i += 4, c += 8) {
         quint64 word;
         std::memcpy(&word, c, sizeof word);
         wideBits |= word;
         hash = (hash ^ (word | CASE_BITS)) * MIX;
-        hash ^= hash >> 29;
     }
     for (; i < size; ++i, c += 2) {
         ushort unit;
         std::memcpy(&unit, c, sizeof unit);
         wideBits |= unit;
         hash = (hash ^ (unit | 0x20u)) * MIX;
-        hash ^= hash >> 29;
     }
     *wide = (wideBits & WIDE_BITS) != 0;
+    hash ^= hash >> 29; // the multiplications leave the best bits high; the index uses low ones
     return uint(hash ^ (hash >> 32));
 }
 
 } // namespace
 
-namespace {
+namespace PLKeyHash {
 
-const ushort* units(const QString& text)
+bool equal(QStringView a, QStringView b)
 {
-    return reinterpret_cast<const ushort*>(text.constData());
-}
-
-// Whether both texts are Latin-1 and equal in lower case; `known` is cleared when either
-// holds other characters, for which the answer needs QString::toLower().
-bool equalLatin1LowerCase(const QString& a, const QString& b, bool* known)
-{
-    const ushort* x = units(a);
-    const ushort* y = units(b);
-    const int common = qMin(a.size(), b.size());
-    bool equal = a.size() == b.size();
-    ushort wide = 0; // any unit above 0xff sets a bit above 0xff
-    for (int i = 0; i < common; ++i) {
+    // Keys are usually asked for in the spelling they were stored in.
+    if (a.size() == b.size() && std::memcmp(a.data(), b.data(), size_t(a.size()) * 2) == 0)
+        return true;
+    const auto* x = reinterpret_cast<const ushort*>(a.data());
+    const auto* y = reinterpret_cast<const ushort*>(b.data());
+    const qsizetype common = qMin(a.size(), b.size());
+    bool same = a.size() == b.size();
+    ushort wide = 0; // any character above 0xff sets a bit above 0xff
+    for (qsizetype i = 0; i < common; ++i) {
         wide |= x[i] | y[i];
-        equal = equal && LOWER_LATIN1[x[i] & 0xff] == LOWER_LATIN1[y[i] & 0xff];
+        same = same && LOWER_LATIN1[x[i] & 0xff] == LOWER_LATIN1[y[i] & 0xff];
     }
-    const QString& longer = a.size() > common ? a : b;
-    for (int i = common; i < longer.size(); ++i)
-        wide |= units(longer)[i];
-    *known = wide <= 0xff;
-    return equal;
+    const QStringView longer = a.size() > common ? a : b;
+    for (qsizetype i = common; i < longer.size(); ++i)
+        wide |= longer.at(i).unicode();
+    if (wide <= 0xff)
+        return same; // Latin-1 lower case keeps the length
+    return a.toString().toLower() == b.toString().toLower();
 }
 
-} // namespace
+uint hash(QStringView text, uint seed)
+{
+    bool wide = false;
+    const uint latin1Hash = hashFolded(text, seed, &wide);
+    return wide ? hashFolded(text.toString().toLower(), seed, &wide) : latin1Hash;
+}
+
+} // namespace PLKeyHash
 
 bool CPLCaseInsensitiveKey::operator==(const CPLCaseInsensitiveKey& other) const
 {
-    const QString& a = m_strText;
-    const QString& b = other.m_strText;
-    // Keys are usually asked for in the spelling they were stored in.
-    if (a.size() == b.size() && std::memcmp(a.constData(), b.constData(), size_t(a.size()) * 2) == 0)
-        return true;
-    bool known = false;
-    const bool equal = equalLatin1LowerCase(a, b, &known);
-    return known ? equal : a.toLower() == b.toLower();
+    return PLKeyHash::equal(m_strText, other.m_strText);
 }
 
 uint qHash(const CPLCaseInsensitiveKey& key, uint seed)
 {
-    bool wide = false;
-    const uint hash = hashFolded(key.text(), seed, &wide);
-    return wide ? hashFolded(key.text().toLower(), seed, &wide) : hash;
+    return PLKeyHash::hash(key.text(), seed);
 }

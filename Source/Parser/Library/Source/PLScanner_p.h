@@ -20,7 +20,7 @@ namespace PLScan {
 template<typename Char>
 qint64 lineEnd(const Char* buffer, qint64 length, qint64 begin)
 {
-    const Char* lf = PLText::find(buffer + begin, buffer + length, '\n');
+    const Char* lf = PLText::findFar(buffer + begin, buffer + length, '\n');
     return lf ? (lf - buffer) + 1 : length + 1;
 }
 

@@ -1,9 +1,15 @@
 #include "PLSection.h"
 
 #include "PLConstants.h"
-#include "PLText_p.h"
+#include "PLKeyHash_p.h"
 #include "PLStatus.h"
+#include "PLText_p.h"
 
+#include <QSharedData>
+#include <QStringBuilder>
+#include <QVector>
+
+#include <algorithm>
 
 namespace {
 
@@ -12,15 +18,10 @@ const QString OLD_MOUSE_SPINNER_ANGLE = QStringLiteral("MuVI Angle");
 
 // The inline-comment rule: a "#" starts a comment; what stands before it, trimmed, is the
 // plain text.
-QString withoutInlineComment(const QString& text)
+QStringView withoutInlineComment(QStringView text)
 {
-    const int hash = text.indexOf(QLatin1Char('#'));
-    return hash < 0 ? text : text.left(hash).trimmed();
-}
-
-QString fromSpan(PLText::Span<QChar> span)
-{
-    return QString(span.begin, static_cast<int>(span.size()));
+    const QChar* hash = PLText::find(text.begin(), text.end(), '#');
+    return hash ? QStringView(text.begin(), hash).trimmed() : text;
 }
 
 // Conversions of the typed getters: Qt's own decimal parsing, which gives 0 for text that is
@@ -43,14 +44,157 @@ double numberFromText<double>(const QString& text) { return text.toDouble(); }
 QString textFromNumber(long value) { return QString::number(value); }
 QString textFromNumber(double value) { return QString::asprintf("%f", value); }
 
+bool isCommentEntryKey(QStringView key)
+{
+    return key.contains(PLConstants::COMMENTLINE_KEY, Qt::CaseInsensitive);
+}
+
+// Where a text stands in a section's text.
+struct TextRef
+{
+    int offset = 0;
+    int length = 0;
+};
+
 } // namespace
 
-CPLSection::CPLSection() = default;
+// The entries of a section. Every key and value is a range of one text: a loaded body is
+// appended to it whole, and keys and values set later are appended as they come. Values
+// with the same key in lower case share one slot; an open-addressing index finds the slot
+// of a key.
+class CPLSectionData : public QSharedData
+{
+public:
+    struct Slot
+    {
+        TextRef key; // the first spelling
+        TextRef value;
+        uint hash;
+    };
+    struct Entry
+    {
+        TextRef key; // this entry's spelling
+        int slot;
+    };
+
+    QStringView view(TextRef ref) const { return QStringView(text).mid(ref.offset, ref.length); }
+    QStringView keyOf(int entry) const { return view(entries.at(entry).key); }
+    QStringView valueOf(int entry) const { return view(slots.at(entries.at(entry).slot).value); }
+
+    // Appends `s`, which must not refer to `text` itself, and returns where it stands.
+    TextRef store(QStringView s)
+    {
+        const TextRef ref { text.size(), int(s.size()) };
+        text.append(s);
+        return ref;
+    }
+
+    int find(QStringView key) const { return find(key, PLKeyHash::hash(key)); }
+    int find(QStringView key, uint hash) const;
+    int findOrAddSlot(QStringView key, TextRef keyRef);
+    void appendEntry(QStringView key, TextRef keyRef, TextRef valueRef);
+    void setValue(int slot, const QString& value);
+
+    QString key;
+    QString name;
+    QString text;
+    QVector<Slot> slots;
+    QVector<Entry> entries; // every entry, comment entries included, in order of addition
+    QVector<int> keyOrder;  // index in `entries` of each key/value entry, by its position
+    QVector<int> index;     // slot + 1 by hash position; 0 for none; a power of two long
+    int lineCount = 0;      // how many entries saveSectionData() writes
+    QList<QPair<int, QString>> irregularLines; // of the last load
+    int unused = 0;         // characters of `text` that no range refers to any more
+
+private:
+    void insertInIndex(int slot);
+    void compact();
+};
+
+int CPLSectionData::find(QStringView key, uint hash) const
+{
+    if (index.isEmpty())
+        return -1;
+    const int mask = index.size() - 1;
+    for (int i = int(hash) & mask;; i = (i + 1) & mask) {
+        const int slot = index.at(i) - 1;
+        if (slot < 0)
+            return -1;
+        const Slot& candidate = slots.at(slot);
+        if (candidate.hash == hash && PLKeyHash::equal(view(candidate.key), key))
+            return slot;
+    }
+}
+
+void CPLSectionData::insertInIndex(int slot)
+{
+    const int mask = index.size() - 1;
+    int i = int(slots.at(slot).hash) & mask;
+    while (index.at(i) != 0)
+        i = (i + 1) & mask;
+    index[i] = slot + 1;
+}
+
+int CPLSectionData::findOrAddSlot(QStringView key, TextRef keyRef)
+{
+    const uint hash = PLKeyHash::hash(key);
+    const int found = find(key, hash);
+    if (found >= 0)
+        return found;
+    slots.append(Slot { keyRef, TextRef {}, hash });
+    if (slots.size() * 2 > index.size()) {
+        // Keep the index at most half full; rebuilding it is linear, and it doubles.
+        index.fill(0, qMax(16, index.size() * 2));
+        for (int slot = 0; slot < slots.size(); ++slot)
+            insertInIndex(slot);
+    } else {
+        insertInIndex(slots.size() - 1);
+    }
+    return slots.size() - 1;
+}
+
+void CPLSectionData::appendEntry(QStringView key, TextRef keyRef, TextRef valueRef)
+{
+    const int slot = findOrAddSlot(key, keyRef);
+    unused += slots.at(slot).value.length;
+    slots[slot].value = valueRef;
+    entries.append(Entry { keyRef, slot });
+}
+
+void CPLSectionData::setValue(int slot, const QString& value)
+{
+    unused += slots.at(slot).value.length;
+    slots[slot].value = store(value);
+    // Values set again and again would let the text grow without bound: once most of it is
+    // unused, copy what is used into a new text.
+    if (unused > 4096 && unused > text.size() / 2)
+        compact();
+}
+
+void CPLSectionData::compact()
+{
+    const QString old = text;
+    text.clear();
+    const auto move = [&](TextRef& ref) { ref = store(QStringView(old).mid(ref.offset, ref.length)); };
+    for (Slot& slot : slots) {
+        move(slot.key);
+        move(slot.value);
+    }
+    for (Entry& entry : entries)
+        move(entry.key);
+    unused = 0;
+}
+
+CPLSection::CPLSection()
+    : d(new CPLSectionData)
+{
+}
 
 CPLSection::CPLSection(const QString& sectionKey, const QString& sectionName)
-    : m_strSectionKey(sectionKey)
-    , m_strSectionName(sectionName)
+    : d(new CPLSectionData)
 {
+    d->key = sectionKey;
+    d->name = sectionName;
 }
 
 CPLSection::CPLSection(const CPLSection& other) = default;
@@ -59,10 +203,15 @@ CPLSection::~CPLSection() = default;
 
 void CPLSection::clearKeyValuePairs()
 {
-    m_KeyList.clear();
-    m_Values.clear();
-    m_KeyOrder.clear();
-    m_iLineCount = 0;
+    CPLSectionData& data = *d;
+    data.text.clear();
+    data.slots.clear();
+    data.entries.clear();
+    data.keyOrder.clear();
+    data.index.clear();
+    data.lineCount = 0;
+    data.unused = 0;
+    data.irregularLines.clear();
 }
 
 void CPLSection::loadSectionData(const QString& text)
@@ -78,66 +227,68 @@ void CPLSection::loadSectionData(QStringView text)
     if (const QChar* nul = PLText::find(body.begin, body.end, '\0'))
         body.end = nul;
 
+    CPLSectionData& data = *d;
+    data.irregularLines.clear();
+    // Line numbers count from the text given, before its leading blank lines were trimmed.
+    const int linesTrimmed = int(std::count(text.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
+    // The body is kept whole; its entries refer to it.
+    const TextRef bodyRef = data.store(QStringView(body.begin, body.end));
+    const auto refTo = [&](Span s) {
+        return TextRef { bodyRef.offset + int(s.begin - body.begin), int(s.size()) };
+    };
+
     int commentNumber = 0;
     int lines = 0;
     for (const QChar* lineBegin = body.begin; lineBegin < body.end; ++lines) {
-        // One pass over the line finds its end, its first colon and its first "#".
-        const QChar* colon = nullptr;
-        const QChar* hash = nullptr;
+        // A line holds a key when a colon comes before any "#" and before its end.
         const QChar* c = lineBegin;
-        for (; c != body.end && *c != QLatin1Char('\n'); ++c) {
-            if (*c == QLatin1Char(':') && !colon)
-                colon = c;
-            else if (*c == QLatin1Char('#') && !hash)
-                hash = c;
-        }
-        const Span line { lineBegin, c == body.end ? c : c + 1 };
+        while (c != body.end && *c != QLatin1Char(':') && *c != QLatin1Char('#') && *c != QLatin1Char('\n'))
+            ++c;
+        const QChar* colon = c != body.end && *c == QLatin1Char(':') ? c : nullptr;
+        const QChar* lf = c != body.end && *c == QLatin1Char('\n') ? c : PLText::findFar(c, body.end, '\n');
+        const Span line { lineBegin, lf ? lf + 1 : body.end };
         lineBegin = line.end;
 
         const Span trimmedLine = PLText::trimmed(line);
-        if (colon && (!hash || hash > colon)) {
+        if (colon) {
             // The colon's offset in the untrimmed line cuts the trimmed line.
             const qsizetype cut = colon - line.begin;
             const qsizetype size = trimmedLine.size();
             const QChar* start = trimmedLine.begin;
-            const Span key { start, start + qMin(cut, size) };
-            const Span value { start + qMin(cut + 1, size), trimmedLine.end };
-            appendKeyValueEntry(fromSpan(PLText::trimmed(key)), fromSpan(PLText::trimmed(value)));
+            const Span key = PLText::trimmed(Span { start, start + qMin(cut, size) });
+            const Span value = PLText::trimmed(Span { start + qMin(cut + 1, size), trimmedLine.end });
+            const QStringView keyText(key.begin, key.end);
+            if (trimmedLine.begin != line.begin)
+                data.irregularLines.append({ linesTrimmed + lines + 1,
+                                             QStringLiteral("the line begins with blanks, so its key is cut at a shifted place (\"%1\")").arg(keyText) });
+            if (isCommentEntryKey(keyText))
+                data.irregularLines.append({ linesTrimmed + lines + 1,
+                                             QStringLiteral("the key \"%1\" contains \"%2\", which marks comment lines; it is written back as its value alone").arg(keyText, PLConstants::COMMENTLINE_KEY) });
+            data.keyOrder.append(data.entries.size());
+            data.appendEntry(keyText, refTo(key), refTo(value));
         } else {
-            QString comment = fromSpan(trimmedLine);
-            if (!comment.isEmpty() && !comment.startsWith(QLatin1Char('#')))
-                comment.prepend(QLatin1Char('#'));
-            appendEntry(PLConstants::COMMENTLINE_KEY + QString::number(commentNumber++), comment);
+            // A comment entry holds the line's text, made to start with "#".
+            const QString commentKey = PLConstants::COMMENTLINE_KEY + QString::number(commentNumber++);
+            const QStringView comment(trimmedLine.begin, trimmedLine.end);
+            const TextRef commentRef = comment.isEmpty() || comment.startsWith(QLatin1Char('#'))
+                ? refTo(trimmedLine)
+                : data.store(QString(QLatin1Char('#') + comment));
+            data.appendEntry(commentKey, data.store(commentKey), commentRef);
         }
     }
-    m_iLineCount = lines;
-}
-
-void CPLSection::appendEntry(const QString& key, const QString& value)
-{
-    m_Values.insert(key, value);
-    m_KeyList.append(key);
-}
-
-void CPLSection::appendKeyValueEntry(const QString& key, const QString& value)
-{
-    m_KeyOrder.append(m_KeyList.size());
-    appendEntry(key, value);
+    data.lineCount = lines;
 }
 
 void CPLSection::saveSectionData(QString& text) const
 {
-    text = PLConstants::SECTIONKEY_PREFIX + m_strSectionKey + QLatin1String(":\t")
-        + m_strSectionName + PLConstants::STR_NEWLINE;
-    const int lines = qMin(m_iLineCount, m_KeyList.size());
+    text = PLConstants::SECTIONKEY_PREFIX + d->key + QLatin1String(":\t") + d->name
+        + PLConstants::STR_NEWLINE;
+    const int lines = qMin(d->lineCount, d->entries.size());
     for (int i = 0; i < lines; ++i) {
-        const QString& key = m_KeyList.at(i);
-        const QString value = m_Values.value(key);
-        if (isCommentKey(key))
-            text += value;
-        else
-            text += key + QLatin1String(":\t") + value;
-        text += QLatin1Char('\n');
+        const QStringView key = d->keyOf(i);
+        if (!isCommentEntryKey(key))
+            text.append(key).append(QLatin1String(":\t"));
+        text.append(d->valueOf(i)).append(QLatin1Char('\n'));
     }
     text += QLatin1Char('\n');
 }
@@ -146,13 +297,13 @@ int CPLSection::getSectionName(QString* name, bool raw) const
 {
     if (!name)
         return PL_INVALID_ARGUMENT;
-    *name = raw ? m_strSectionName : withoutInlineComment(m_strSectionName);
+    *name = raw ? d->name : withoutInlineComment(d->name).toString();
     return PL_SUCCESS;
 }
 
 int CPLSection::setSectionName(const QString& name)
 {
-    m_strSectionName = name;
+    d->name = name;
     return PL_SUCCESS;
 }
 
@@ -160,7 +311,7 @@ int CPLSection::getSectionKey(QString* key) const
 {
     if (!key)
         return PL_INVALID_ARGUMENT;
-    *key = m_strSectionKey;
+    *key = d->key;
     return PL_SUCCESS;
 }
 
@@ -168,7 +319,7 @@ int CPLSection::setSectionKey(const QString& key)
 {
     if (key.isNull())
         return PL_INVALID_ARGUMENT;
-    m_strSectionKey = key;
+    d->key = key;
     return PL_SUCCESS;
 }
 
@@ -176,12 +327,15 @@ int CPLSection::addKeyValue(const QString& key, const QString& value)
 {
     if (key.isEmpty())
         return PL_EMPTY_KEY;
-    if (!m_Values.contains(key)) {
-        m_KeyOrder.append(m_KeyList.size());
-        m_KeyList.append(key);
-        ++m_iLineCount;
+    const int slot = d->find(key);
+    if (slot >= 0) {
+        d->setValue(slot, value);
+        return PL_SUCCESS;
     }
-    m_Values.insert(key, value);
+    CPLSectionData& data = *d;
+    data.keyOrder.append(data.entries.size());
+    data.appendEntry(key, data.store(key), data.store(value));
+    ++data.lineCount;
     return PL_SUCCESS;
 }
 
@@ -189,10 +343,10 @@ int CPLSection::getValue(const QString& key, QString* value) const
 {
     if (!value || key.isEmpty())
         return PL_NULL_ARGUMENT;
-    const auto it = m_Values.constFind(key);
-    if (it == m_Values.constEnd())
+    const int slot = d->find(key);
+    if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    *value = withoutInlineComment(*it);
+    *value = withoutInlineComment(d->view(d->slots.at(slot).value)).toString();
     return PL_SUCCESS;
 }
 
@@ -200,49 +354,45 @@ int CPLSection::getRawValue(const QString& key, QString* value) const
 {
     if (!value)
         return PL_NULL_ARGUMENT;
-    const auto it = m_Values.constFind(key);
-    if (it == m_Values.constEnd())
+    const int slot = d->find(key);
+    if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    *value = *it;
+    *value = d->view(d->slots.at(slot).value).toString();
     return PL_SUCCESS;
 }
 
 int CPLSection::setValue(const QString& key, const QString& value)
 {
-    const auto it = m_Values.find(key);
-    if (it == m_Values.end())
+    const int slot = d->find(key);
+    if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    const int oldComment = it->indexOf(QLatin1Char('#'));
+    const QStringView old = d->view(d->slots.at(slot).value);
+    const qsizetype oldComment = old.indexOf(QLatin1Char('#'));
     if (value.contains(QLatin1Char('#')) || oldComment < 0)
-        *it = value;
+        d->setValue(slot, value);
     else
-        *it = value + QLatin1Char('\t') + it->mid(oldComment);
+        d->setValue(slot, value + QLatin1Char('\t') + old.mid(oldComment));
     return PL_SUCCESS;
 }
 
 int CPLSection::setRawValue(const QString& key, const QString& value)
 {
-    const auto it = m_Values.find(key);
-    if (it == m_Values.end())
+    const int slot = d->find(key);
+    if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    *it = value;
+    d->setValue(slot, value);
     return PL_SUCCESS;
 }
 
 bool CPLSection::isKeyPresent(const QString& key) const
 {
-    return m_Values.contains(key);
+    return d->find(key) >= 0;
 }
 
 QString CPLSection::operator[](const QString& key) const
 {
     QString value;
     return getValue(key, &value) == PL_SUCCESS ? value : QString();
-}
-
-int CPLSection::keyIndex(int position) const
-{
-    return position < m_KeyOrder.size() ? m_KeyOrder.at(position) : position;
 }
 
 QString CPLSection::operator[](int position) const
@@ -253,11 +403,13 @@ QString CPLSection::operator[](int position) const
 
 int CPLSection::getKey(int position, QString* key) const
 {
-    if (position < 0 || position >= m_KeyList.size())
+    if (position < 0 || position >= d->entries.size())
         return PL_INVALID_ARGUMENT;
     if (!key)
         return PL_NULL_ARGUMENT;
-    *key = m_KeyList.at(keyIndex(position));
+    // Past the key/value entries, a position names the entry at that index of all entries.
+    const int entry = position < d->keyOrder.size() ? d->keyOrder.at(position) : position;
+    *key = d->keyOf(entry).toString();
     return PL_SUCCESS;
 }
 
@@ -265,13 +417,13 @@ int CPLSection::getKeyValuePairCount(int* count) const
 {
     if (!count)
         return PL_NULL_ARGUMENT;
-    *count = m_KeyOrder.size();
+    *count = d->keyOrder.size();
     return PL_SUCCESS;
 }
 
 int CPLSection::count() const
 {
-    return m_KeyOrder.size();
+    return d->keyOrder.size();
 }
 
 int CPLSection::getKeyList(QStringList* keys) const
@@ -279,9 +431,9 @@ int CPLSection::getKeyList(QStringList* keys) const
     if (!keys)
         return PL_NULL_ARGUMENT;
     QStringList result;
-    result.reserve(m_KeyOrder.size());
-    for (const int index : m_KeyOrder)
-        result.append(m_KeyList.at(index));
+    result.reserve(d->keyOrder.size());
+    for (const int entry : d->keyOrder)
+        result.append(d->keyOf(entry).toString());
     *keys = result;
     return PL_SUCCESS;
 }
@@ -291,9 +443,9 @@ int CPLSection::getValueList(QStringList* values) const
     if (!values)
         return PL_NULL_ARGUMENT;
     QStringList result;
-    result.reserve(m_KeyOrder.size());
-    for (const int index : m_KeyOrder)
-        result.append(withoutInlineComment(m_Values.value(m_KeyList.at(index))));
+    result.reserve(d->keyOrder.size());
+    for (const int entry : d->keyOrder)
+        result.append(withoutInlineComment(d->valueOf(entry)).toString());
     *values = result;
     return PL_SUCCESS;
 }
@@ -303,9 +455,9 @@ int CPLSection::getRawValueList(QStringList* values) const
     if (!values)
         return PL_NULL_ARGUMENT;
     QStringList result;
-    result.reserve(m_KeyOrder.size());
-    for (const int index : m_KeyOrder)
-        result.append(m_Values.value(m_KeyList.at(index)));
+    result.reserve(d->keyOrder.size());
+    for (const int entry : d->keyOrder)
+        result.append(d->valueOf(entry).toString());
     *values = result;
     return PL_SUCCESS;
 }
@@ -315,11 +467,11 @@ int CPLSection::getKeylistFromKeyAndSubkey(const QString& key, const QString& su
 {
     if (key.isEmpty() || !keys)
         return PL_NULL_ARGUMENT;
-    for (const int index : m_KeyOrder) {
-        const QString& candidate = m_KeyList.at(index);
+    for (const int entry : d->keyOrder) {
+        const QStringView candidate = d->keyOf(entry);
         if (candidate.startsWith(key, Qt::CaseInsensitive)
             && (subkey.isNull() || candidate.contains(subkey, Qt::CaseInsensitive)))
-            keys->append(candidate);
+            keys->append(candidate.toString());
     }
     return PL_SUCCESS;
 }
@@ -358,10 +510,19 @@ int CPLSection::setValue(const QString& key, double value) { return setValue(key
 
 QStringList CPLSection::getEntryKeys() const
 {
-    return m_KeyList;
+    QStringList keys;
+    keys.reserve(d->entries.size());
+    for (int entry = 0; entry < d->entries.size(); ++entry)
+        keys.append(d->keyOf(entry).toString());
+    return keys;
 }
 
 bool CPLSection::isCommentKey(const QString& key)
 {
-    return key.contains(PLConstants::COMMENTLINE_KEY, Qt::CaseInsensitive);
+    return isCommentEntryKey(key);
+}
+
+QList<QPair<int, QString>> CPLSection::getIrregularLines() const
+{
+    return d->irregularLines;
 }

@@ -1,14 +1,14 @@
 #ifndef PLSECTION_H
 #define PLSECTION_H
 
-#include "PLCaseInsensitiveKey.h"
 #include "ovparser_global.h"
 
-#include <QHash>
+#include <QList>
+#include <QPair>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
 #include <QStringView>
-#include <QVector>
 
 // One section of a sectioned text file: the section key and name from its header line
 //
@@ -27,7 +27,14 @@
 //
 // Operations return an int status from PLStatus.h (PL_SUCCESS, 0, on success) and write
 // their results only on success; a section that fails an operation is left unchanged.
-// Nothing is thrown. A section is not safe for use from several threads at once.
+// Nothing is thrown. A section is not safe for use from several threads at once; copies
+// share their data until one of them is changed.
+//
+// A loaded body is kept as one text, and entries refer to their key and value in it, so
+// loading makes no string per line; the strings that the getters return are made when they
+// are asked for.
+class CPLSectionData;
+
 class OVPARSER_EXPORT CPLSection
 {
 public:
@@ -138,23 +145,17 @@ public:
     // Whether a key names a comment entry: it contains "CommentLine ", in any case.
     static bool isCommentKey(const QString& key);
 
+    // The lines of the last loaded body that saving will not write back as they stood, each
+    // with its 1-based line number in the text given to loadSectionData() and the reason: a
+    // key line that begins with blanks (its key is cut at a shifted place), and a key that
+    // contains "CommentLine " (such an entry is written back as its value alone).
+    QList<QPair<int, QString>> getIrregularLines() const;
+
 private:
     template<typename T>
     int getNumber(const QString& key, T* value) const;
-    int keyIndex(int position) const;
-    void appendEntry(const QString& key, const QString& value);
-    void appendKeyValueEntry(const QString& key, const QString& value);
 
-    QString m_strSectionKey;
-    QString m_strSectionName;
-    // The key of every entry, comment entries included, in order of addition.
-    QStringList m_KeyList;
-    // Every entry's value under its key, in any case (the first spelling is kept).
-    QHash<CPLCaseInsensitiveKey, QString> m_Values;
-    // How many entries saveSectionData() writes.
-    int m_iLineCount = 0;
-    // Index in m_KeyList of each key/value entry, by its position among them (0, 1, 2...).
-    QVector<int> m_KeyOrder;
+    QSharedDataPointer<CPLSectionData> d;
 };
 
 #endif // PLSECTION_H

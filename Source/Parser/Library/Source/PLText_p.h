@@ -63,9 +63,25 @@ inline const char* find(const char* begin, const char* end, char c)
     return static_cast<const char*>(std::memchr(begin, c, static_cast<size_t>(end - begin)));
 }
 
+// For short texts such as values, a plain loop beats a library call.
 inline const QChar* find(const QChar* begin, const QChar* end, char c)
 {
-    const qsizetype i = QStringView(begin, end - begin).indexOf(QLatin1Char(c));
+    for (const ushort u = static_cast<unsigned char>(c); begin != end; ++begin) {
+        if (begin->unicode() == u)
+            return begin;
+    }
+    return nullptr;
+}
+
+// For long texts, the library's vectorised search.
+inline const char* findFar(const char* begin, const char* end, char c)
+{
+    return find(begin, end, c);
+}
+
+inline const QChar* findFar(const QChar* begin, const QChar* end, char c)
+{
+    const qsizetype i = QStringView(begin, end).indexOf(QLatin1Char(c));
     return i < 0 ? nullptr : begin + i;
 }
 
