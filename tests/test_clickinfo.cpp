@@ -175,6 +175,31 @@ TEST_F(ClickInfoTest, FirstSectionWithAKeyWinsAndLoadingDoesNotClear)
     EXPECT_EQ(doc.getFileSectionCount(), 2);
 }
 
+TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
+{
+    static const char raw[] = "\nOrvane\n***Lead:\tx\n*** A:\tfirst\n\nk:\tv\n  sh:ifted\n"
+                              "CommentLine 9:\tx\n*** a:\tagain\nk:\tw\n\0rest";
+    const QByteArray text(raw, sizeof raw - 1);
+    CPLClickInfo doc;
+    ASSERT_EQ(load(doc, text), PL_SUCCESS);
+    const QStringList warnings = doc.getLoadWarnings();
+    ASSERT_EQ(warnings.size(), 5) << warnings.join(L1("\n")).toStdString();
+    const char* expected[][2] = { { "line 3: ", "***Lead:" }, { "line 7: ", "sh:i" },
+                                  { "line 8: ", "CommentLine 9" }, { "line 9: ", "\"a\"" },
+                                  { "line 11: ", "NUL" } };
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_TRUE(warnings[i].startsWith(L1(expected[i][0]))) << warnings[i].toStdString();
+        EXPECT_TRUE(warnings[i].contains(L1(expected[i][1]))) << warnings[i].toStdString();
+    }
+
+    CPLClickInfo clean;
+    ASSERT_EQ(load(clean, kEditedSaved, "clean.txt"), PL_SUCCESS);
+    EXPECT_TRUE(clean.getLoadWarnings().isEmpty());
+    // A new load starts a new list.
+    ASSERT_EQ(load(doc, kEditedSaved, "again.txt"), PL_SUCCESS);
+    EXPECT_TRUE(doc.getLoadWarnings().isEmpty());
+}
+
 TEST_F(ClickInfoTest, TypedAccessByMissingSectionFailsWithoutWriting)
 {
     CPLClickInfo doc;

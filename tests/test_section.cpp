@@ -151,6 +151,14 @@ TEST(SectionText, LineWithLeadingBlanksIsCutAtTheShiftedColonOffset)
     section.getKeyList(&keys);
     EXPECT_EQ(keys, (QStringList { L1("First"), L1("ab:c") }));
     EXPECT_EQ(section[L1("ab:c")], L1("ef"));
+
+    // Such lines, and keys reserved for comment lines, are told with their body line.
+    CPLSection irregular = loaded("\n\nk:\tv\n  x:yz\ncommentline 2:\tv\n");
+    const auto lines = irregular.getIrregularLines();
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines[0].first, 4);
+    EXPECT_EQ(lines[1].first, 5);
+    EXPECT_EQ(saved(irregular), L1("*** S:\t\r\nk:\tv\nx:y:\t\nv\n\n"));
 }
 
 TEST(SectionText, LoadingAgainAddsEntriesButSavesOnlyTheNewLineCount)

@@ -92,10 +92,28 @@ qint64 textLength(const Char* data, qint64 size)
     return nul ? nul - data : size;
 }
 
-int lineNumberAt(const QChar* data, qint64 offset)
+// Tells the 1-based line of offsets that only grow, counting each line feed once.
+template<typename Char>
+class LineCounter
 {
-    return 1 + static_cast<int>(std::count(data, data + offset, QLatin1Char('\n')));
-}
+public:
+    explicit LineCounter(const Char* data)
+        : m_data(data)
+    {
+    }
+    int lineAt(qint64 offset)
+    {
+        m_line += static_cast<int>(std::count_if(m_data + m_offset, m_data + offset,
+                                                 [](Char c) { return PLText::unit(c) == '\n'; }));
+        m_offset = offset;
+        return m_line;
+    }
+
+private:
+    const Char* m_data;
+    qint64 m_offset = 0;
+    int m_line = 1;
+};
 
 int replaceFile(const QString& filePath, const QByteArray& bytes)
 {
@@ -222,13 +240,16 @@ CPLSection* CPLClickInfo::addNewSection(const QString& sectionKey, const QString
 int CPLClickInfo::loadTextBuffer(const QString& text)
 {
     m_iLastErrorLine = 0;
+    m_LoadWarnings.clear();
     // utf16() guarantees the terminating 0 the scanner stops at.
     const auto* data = reinterpret_cast<const QChar*>(text.utf16());
     const qint64 length = textLength(data, text.size());
+    LineCounter<QChar> lines(data);
 
     qint64 position = 0;
     PLScan::SectionRange range;
     while (position < length && PLScan::nextSection(data, length, position, range)) {
+        const int headerLine = lines.lineAt(range.begin);
         const QStringView header = lineAt(data, length, range.begin);
         QString key;
         int status = parseHeaderKey(header, &key);
@@ -236,17 +257,36 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
             const QString block(data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
             if (CPLCaseInsensitiveKey(key) == PLConstants::CLICKNUMBER_KEY)
                 status = loadClickNumber(block);
-            if (status == PL_SUCCESS)
-                status = loadSectionData(block, key);
+            if (status == PL_SUCCESS && isSectionPresent(key))
+                addLoadWarning(headerLine, QStringLiteral("section \"%1\" repeats the key of a section before it and is left out").arg(key));
+            else if (status == PL_SUCCESS)
+                status = loadSection(block, key, headerLine);
         }
         if (status != PL_SUCCESS) {
-            m_iLastErrorLine = lineNumberAt(data, range.begin);
+            m_iLastErrorLine = headerLine;
             qWarning("Loading stopped with status %d at line %d, section header \"%s\"", status,
                      m_iLastErrorLine, qPrintable(header.trimmed().toString()));
             return status;
         }
     }
     return PL_SUCCESS;
+}
+
+int CPLClickInfo::loadSection(const QString& block, const QString& sectionKey, int headerLine)
+{
+    const int status = loadSectionData(block, sectionKey);
+    if (const CPLSection* section = status == PL_SUCCESS ? (*this)[sectionKey] : nullptr) {
+        const auto irregularLines = section->getIrregularLines();
+        for (const auto& line : irregularLines)
+            addLoadWarning(headerLine + line.first, line.second);
+    }
+    return status;
+}
+
+void CPLClickInfo::addLoadWarning(int line, const QString& message)
+{
+    qWarning("Line %d: %s", line, qPrintable(message));
+    m_LoadWarnings.append({ line, message });
 }
 
 void CPLClickInfo::clearData()
@@ -279,15 +319,24 @@ int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections
 
 int CPLClickInfo::loadNormalisedText(const QByteArray& text, int linesBefore)
 {
-    // Lines up to the first line whose first token is exactly "***" are kept as they are.
+    // Lines up to the first line whose first token is exactly "***" are kept as they are. A
+    // header with no blank after its asterisks stands among them, and is a section too.
     const char* data = text.constData();
     const qint64 length = textLength(data, text.size());
     m_LeadingLines.clear();
+    QList<QPair<int, QString>> leadingWarnings;
     for (qint64 position = 0; position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
         m_LeadingLines.append(lineAt(data, length, position).trimmed());
+        if (PLScan::isHeaderLine(data, position))
+            leadingWarnings.append({ m_LeadingLines.size(), QStringLiteral("the section header \"%1\" has no blank after \"***\", so it is also kept as a line before the first section and written twice").arg(m_LeadingLines.last()) });
         position = PLScan::lineEnd(data, length, position);
     }
     const int status = loadTextBuffer(QString::fromLatin1(data, static_cast<int>(length)));
+    if (length < text.size())
+        m_LoadWarnings.append({ LineCounter<char>(data).lineAt(length), QStringLiteral("a NUL byte ends the text; what follows it is not read") });
+    m_LoadWarnings = leadingWarnings + m_LoadWarnings;
+    for (auto& warning : m_LoadWarnings)
+        warning.first += linesBefore;
     if (m_iLastErrorLine > 0)
         m_iLastErrorLine += linesBefore;
     return status;
@@ -486,6 +535,14 @@ QStringList CPLClickInfo::getLeadingLines() const
 int CPLClickInfo::getLastErrorLine() const
 {
     return m_iLastErrorLine;
+}
+
+QStringList CPLClickInfo::getLoadWarnings() const
+{
+    QStringList messages;
+    for (const auto& warning : m_LoadWarnings)
+        messages.append(QStringLiteral("line %1: %2").arg(warning.first).arg(warning.second));
+    return messages;
 }
 
 int CPLClickInfo::getClickNumber(QString* clickNumber) const

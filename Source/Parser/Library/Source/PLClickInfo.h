@@ -5,6 +5,8 @@
 #include "ovparser_global.h"
 
 #include <QHash>
+#include <QList>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -135,6 +137,13 @@ public:
     // The 1-based line (of the file, or of the text given to loadTextBuffer()) at which the
     // last load stopped with 5 or 33; 0 when it did not stop at a line.
     int getLastErrorLine() const;
+    // What the last load read but saving will not write back as it stood, one message per
+    // place, each beginning with its line ("line 12: ..."): a section whose key repeats an
+    // earlier one (it is left out), a leading line that is also a section header (it is
+    // written twice), a NUL byte (the text ends there), and the irregular lines of each
+    // section (CPLSection::getIrregularLines()). Empty when saving keeps everything read.
+    // Each is also logged as a warning.
+    QStringList getLoadWarnings() const;
 
     // The click number. getClickNumber() returns 16 for a null pointer.
     int getClickNumber(QString* clickNumber) const;
@@ -192,8 +201,14 @@ protected:
     int m_iFileSectionCount = 0;
     QStringList m_LeadingLines;
     int m_iLastErrorLine = 0;
+    // Line and message of each load warning of the last load.
+    QList<QPair<int, QString>> m_LoadWarnings;
 
 private:
+    // Loads one section with loadSectionData() and notes its irregular lines as warnings.
+    int loadSection(const QString& block, const QString& sectionKey, int headerLine);
+    void addLoadWarning(int line, const QString& message);
+
     template<typename T>
     int getTyped(const QString& sectionKey, const QString& key, T* value) const;
     template<typename T>
