@@ -44,6 +44,9 @@ public:
     // an empty section key. When a section with that key is already present, returns 0 and
     // takes nothing; the caller keeps (and deletes) the section it passed.
     virtual int addSection(CPLSection* section);
+    // Adds a new empty section at the end, owned by the document, and returns it; null when
+    // addSection() does not take it (a key that is empty or already present).
+    CPLSection* addNewSection(const QString& sectionKey, const QString& sectionName);
     // Deletes the section with this key; 0 also when it is absent.
     virtual int removeSection(const QString& sectionKey);
     // Cuts a text into sections and loads each with loadSectionData(). A header line is
@@ -189,8 +192,6 @@ protected:
     // Hands a section to addSection() and releases it from `section` when the document took
     // it; otherwise `section` still owns it. Returns the status of addSection().
     int adoptSection(std::unique_ptr<CPLSection>& section);
-    // Adds a new empty section; returns it, or null when addSection() did not take it.
-    CPLSection* addNewSection(const QString& sectionKey, const QString& sectionName);
 
     QString m_strClickNumber;
     // Every section under its key, in any case; the document owns them.
