@@ -1,0 +1,96 @@
+// ovtool: shows and edits the metadata of an optical imaging acquisition from the command
+// line, one command per source file.
+
+#include "Commands.h"
+#include "Tool.h"
+
+#include "ParserLibrary.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <csignal>
+#include <iterator>
+
+namespace {
+
+struct Command
+{
+    QLatin1String name;
+    QLatin1String summary;
+    int (*run)(const QStringList& arguments);
+};
+
+const Command COMMANDS[] = {
+    { QLatin1String("show"), QLatin1String("Prints every section with its keys and values."),
+      runShow },
+    { QLatin1String("get"), QLatin1String("Prints one value, for scripts."), runGet },
+    { QLatin1String("set"), QLatin1String("Changes the value of a key the file holds."), runSet },
+    { QLatin1String("add"), QLatin1String("Adds a key, and its section when absent."), runAdd },
+    { QLatin1String("json"), QLatin1String("Prints the document as JSON."), runJson },
+};
+
+QString commandsHelp()
+{
+    QString text = QStringLiteral("Commands:\n");
+    for (const Command& command : COMMANDS)
+        text += QLatin1String("  ") + QString(command.name).leftJustified(6) + command.summary
+            + QLatin1Char('\n');
+    return text
+        + QLatin1String("\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
+                        "matched in any case. Text is shown in the locale's encoding.\n");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ovtool"));
+    // Past a file size limit a write fails, and is reported, instead of ending the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Shows and edits the metadata of an optical imaging acquisition: its\n"
+                       "ClickInfo.txt, or the metadata appended to a DICOM file (a path ending\n"
+                       "in \".dcm\")."));
+    // Everything after the command belongs to the command.
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    parser.addOption(helpOption());
+    parser.addOption(
+        { QStringLiteral("version"),
+          QStringLiteral("Shows the versions of ovtool and of the ovparser library.") });
+    parser.addOption({ QStringLiteral("verbose"),
+                       QStringLiteral("Also prints the library's diagnostics on stderr.") });
+    parser.addPositionalArgument(QStringLiteral("COMMAND"),
+                                 QStringLiteral("One of the commands below."));
+    parser.addPositionalArgument(QStringLiteral("ARGUMENTS"),
+                                 QStringLiteral("The command's options and arguments."),
+                                 QStringLiteral("[ARGUMENTS...]"));
+    if (!parser.parse(QCoreApplication::arguments()))
+        return usageError(parseError(parser));
+    installMessageHandler(parser.isSet(QStringLiteral("verbose")));
+
+    int status = ExitSuccess;
+    const QStringList arguments = parser.positionalArguments();
+    if (parser.isSet(QStringLiteral("help"))) {
+        standardOutput() << helpText(parser, QStringLiteral("[--verbose] COMMAND [ARGUMENTS...]"),
+                                     commandsHelp());
+    } else if (parser.isSet(QStringLiteral("version"))) {
+        standardOutput() << QLatin1String("ovtool " OVPARSER_VERSION_STRING "\novparser library ")
+                         << CParserLibrary::version() << QLatin1Char('\n');
+    } else if (arguments.isEmpty()) {
+        return usageError(QStringLiteral("no command given"));
+    } else {
+        const auto command
+            = std::find_if(std::begin(COMMANDS), std::end(COMMANDS),
+                           [&](const Command& c) { return c.name == arguments.first(); });
+        if (command == std::end(COMMANDS))
+            return usageError(QLatin1String("unknown command ") + quoted(arguments.first()));
+        status = command->run(arguments);
+    }
+    if (!flushOutput())
+        return fail(QStringLiteral("standard output"), QStringLiteral("cannot write"));
+    return status;
+}
