@@ -200,6 +200,26 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     EXPECT_TRUE(doc.getLoadWarnings().isEmpty());
 }
 
+TEST_F(ClickInfoTest, SectionsKeepTheirTextWhateverHappensToTheTextLoaded)
+{
+    // The sections of a load share its text. A caller's buffer behind QString::fromRawData()
+    // may be reused after the load; the sections must not notice.
+    QString source = L1("*** A:\tx\nk:\tone # c\nm:\t2\n*** B:\ty\nk:\tthree\n");
+    CPLClickInfo doc;
+    {
+        QVector<QChar> buffer(source.begin(), source.end());
+        ASSERT_EQ(doc.loadTextBuffer(QString::fromRawData(buffer.constData(), buffer.size())), PL_SUCCESS);
+        buffer.fill(QLatin1Char('x'));
+    }
+    // Many changes to one section: its own text is compacted now and then.
+    for (int i = 0; i < 3000; ++i)
+        ASSERT_EQ(doc.setValue(L1("A"), L1("k"), QString::number(i)), PL_SUCCESS);
+    CPLSection copy = *doc[L1("B")];
+    copy.setValue(L1("k"), L1("changed"));
+    EXPECT_EQ(doc.getClickInfoData(),
+              L1("*** A:\tx\r\nk:\t2999\t# c\nm:\t2\n\n*** B:\ty\r\nk:\tthree\n\n\n\n"));
+}
+
 TEST_F(ClickInfoTest, TypedAccessByMissingSectionFailsWithoutWriting)
 {
     CPLClickInfo doc;

@@ -90,7 +90,7 @@ uint hash(QStringView text, uint seed)
 
 bool CPLCaseInsensitiveKey::operator==(const CPLCaseInsensitiveKey& other) const
 {
-    return PLKeyHash::equal(m_strText, other.m_strText);
+    return PLKeyHash::equal(text(), other.text());
 }
 
 uint qHash(const CPLCaseInsensitiveKey& key, uint seed)

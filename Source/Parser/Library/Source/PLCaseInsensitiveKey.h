@@ -4,9 +4,10 @@
 #include "ovparser_global.h"
 
 #include <QString>
+#include <QStringView>
 
 // A text used as a hash key without regard to case: two keys are equal when their lower-case
-// forms (QString::toLower()) are equal, and equal keys hash alike. The key keeps the text as
+// forms (QString::toLower()) are equal, and equal keys hash alike. A key keeps the text as
 // given, so a map keyed by it remembers the first spelling of each key. Latin-1 text, the
 // text of the files, is compared and hashed character by character without building the
 // lower-case form; other text falls back to QString::toLower().
@@ -19,13 +20,24 @@ public:
         : m_strText(text)
     {
     }
+    // A key that only refers to `text`, for looking up a map without copying the text: it
+    // must not outlive the text, nor be stored in a map.
+    static CPLCaseInsensitiveKey lookup(QStringView text)
+    {
+        CPLCaseInsensitiveKey key;
+        key.m_lookupText = text;
+        key.m_bLookup = true;
+        return key;
+    }
 
-    const QString& text() const { return m_strText; }
+    QStringView text() const { return m_bLookup ? m_lookupText : QStringView(m_strText); }
     bool operator==(const CPLCaseInsensitiveKey& other) const;
     bool operator!=(const CPLCaseInsensitiveKey& other) const { return !(*this == other); }
 
 private:
     QString m_strText;
+    QStringView m_lookupText;
+    bool m_bLookup = false;
 };
 
 OVPARSER_EXPORT uint qHash(const CPLCaseInsensitiveKey& key, uint seed = 0);

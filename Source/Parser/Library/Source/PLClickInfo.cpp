@@ -1,11 +1,13 @@
 #include "PLClickInfo.h"
 
 #include "PLConstants.h"
+#include "PLKeyHash_p.h"
 #include "PLScanner_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 
 #include <QDir>
+#include <QScopeGuard>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -21,33 +23,33 @@ namespace {
 // obtainValueFromClickInfoFile() reads lines in pieces of at most this many characters.
 constexpr qint64 LOOKUP_LINE_PIECE = 200;
 
-// Trims Latin-1 text and turns CR LF and lone CR into LF, the form the loaders scan.
-// *linesBefore receives the number of line breaks trimmed off the front, so that line
+// Latin-1 text as the loaders read it: decoded, trimmed, with CR LF and lone CR turned into
+// LF. *linesBefore receives the number of line breaks trimmed off the front, so that line
 // numbers in the result can be told as lines of the original text.
-QByteArray normalisedText(const char* data, qsizetype size, int* linesBefore)
+QString normalisedText(const char* data, qsizetype size, int* linesBefore)
 {
-    const PLText::Span<char> text = PLText::trimmed(PLText::Span<char> { data, data + size });
+    const PLText::Span<char> bytes = PLText::trimmed(PLText::Span<char> { data, data + size });
     int breaks = 0;
-    for (const char* p = data; p != text.begin; ++p)
-        breaks += *p == '\n' || (*p == '\r' && (p + 1 == text.begin || p[1] != '\n'));
+    for (const char* p = data; p != bytes.begin; ++p)
+        breaks += *p == '\n' || (*p == '\r' && (p + 1 == bytes.begin || p[1] != '\n'));
     *linesBefore = breaks;
 
-    QByteArray result(static_cast<int>(text.size()), Qt::Uninitialized);
-    char* out = result.data();
-    for (const char* p = text.begin; p != text.end;) {
-        const auto* cr = static_cast<const char*>(std::memchr(p, '\r', static_cast<size_t>(text.end - p)));
-        const char* runEnd = cr ? cr : text.end;
-        std::memcpy(out, p, static_cast<size_t>(runEnd - p));
-        out += runEnd - p;
+    // One pass decodes the bytes and turns the line ends, run by run between CRs.
+    QString text(static_cast<int>(bytes.size()), Qt::Uninitialized);
+    ushort* out = reinterpret_cast<ushort*>(text.data());
+    const ushort* const begin = out;
+    for (const char* in = bytes.begin; in != bytes.end;) {
+        const char* cr = PLText::find(in, bytes.end, '\r');
+        for (const char* runEnd = cr ? cr : bytes.end; in != runEnd; ++in)
+            *out++ = static_cast<uchar>(*in);
         if (!cr)
             break;
         *out++ = '\n';
-        p = cr + 1;
-        if (p != text.end && *p == '\n')
-            ++p;
+        if (++in != bytes.end && *in == '\n')
+            ++in;
     }
-    result.truncate(static_cast<int>(out - result.constData()));
-    return result;
+    text.truncate(static_cast<int>(out - begin));
+    return text;
 }
 
 // Splits a section header line into its key: the trimmed text between the "*** " prefix
@@ -71,24 +73,18 @@ int parseHeaderKey(QStringView header, QString* key)
     return PL_SUCCESS;
 }
 
-// The line at `begin` without its line feed's successor, read up to the end of the text.
+// The line at `begin` without its line feed, read up to the end of the text.
 QStringView lineAt(const QChar* data, qint64 length, qint64 begin)
 {
     const qint64 end = qMin(PLScan::lineEnd(data, length, begin), length);
     return QStringView(data + begin, end - begin);
 }
 
-QString lineAt(const char* data, qint64 length, qint64 begin)
-{
-    const qint64 end = qMin(PLScan::lineEnd(data, length, begin), length);
-    return QString::fromLatin1(data + begin, static_cast<int>(end - begin));
-}
-
 // The length of a text read as C text: up to its first NUL.
 template<typename Char>
 qint64 textLength(const Char* data, qint64 size)
 {
-    const Char* nul = PLText::find(data, data + size, '\0');
+    const Char* nul = PLText::findFar(data, data + size, '\0');
     return nul ? nul - data : size;
 }
 
@@ -153,13 +149,39 @@ int readWholeFile(const QString& filePath, QByteArray* bytes)
     return file.error() == QFileDevice::NoError ? PL_SUCCESS : PL_FILE_OPEN_FAILED;
 }
 
+// Files from this size on are mapped into memory rather than read: mapping spares a copy of
+// a large file, but costs more than reading a small one.
+constexpr qint64 MAP_FROM_SIZE = 256 * 1024;
+
+// Hands the bytes of a file to `use`: mapped into memory when the file is large and allows
+// it, else read whole.
+template<typename Use>
+int withFileBytes(const QString& filePath, Use use)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return PL_FILE_OPEN_FAILED;
+    const qint64 size = file.size();
+    if (const uchar* mapped = size >= MAP_FROM_SIZE ? file.map(0, size) : nullptr) {
+        use(reinterpret_cast<const char*>(mapped), size);
+        return PL_SUCCESS;
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return PL_FILE_OPEN_FAILED;
+    use(bytes.constData(), bytes.size());
+    return PL_SUCCESS;
+}
+
 } // namespace
 
 CPLClickInfo::CPLClickInfo() = default;
 
 CPLClickInfo::~CPLClickInfo()
 {
-    clearData();
+    // What clearData() comes to here, where its virtual calls can only reach this class:
+    // every section is deleted, without finding each by its key.
+    qDeleteAll(m_Sections);
 }
 
 int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey)
@@ -176,8 +198,15 @@ int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey
     const qsizetype hash = header.indexOf(QLatin1Char('#'));
     if (colon >= 0 && (hash < 0 || hash > colon))
         section->setSectionName(header.mid(colon + 1).trimmed().toString());
-    if (lf >= 0)
-        section->loadSectionData(block.mid(lf + 1));
+    if (lf >= 0) {
+        // A block of the text being loaded refers to it: the section shares that text.
+        const QString& loading = m_strTextBeingLoaded;
+        const qsizetype offset = text.constData() - loading.constData();
+        if (!loading.isEmpty() && offset >= 0 && offset + text.size() <= loading.size())
+            section->loadBody(loading, int(offset + lf + 1), int(offset + text.size()), m_iBodyLines);
+        else
+            section->loadBody(text, int(lf + 1), text.size(), 0);
+    }
     return adoptSection(section);
 }
 
@@ -188,7 +217,7 @@ int CPLClickInfo::addSection(CPLSection* section)
     QString key;
     if (section->getSectionKey(&key) != PL_SUCCESS || key.isEmpty())
         return PL_NOTHING_TO_WORK_ON;
-    if (m_Sections.value(key))
+    if (m_Sections.value(CPLCaseInsensitiveKey::lookup(key)))
         return PL_SUCCESS;
     m_Sections.insert(key, section);
     m_SectionKeys.append(key);
@@ -204,7 +233,7 @@ int CPLClickInfo::removeSection(const QString& sectionKey)
 
 CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
 {
-    const auto it = m_Sections.find(sectionKey);
+    const auto it = m_Sections.find(CPLCaseInsensitiveKey::lookup(sectionKey));
     if (it == m_Sections.end())
         return nullptr;
     CPLSection* section = it.value();
@@ -224,7 +253,7 @@ int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)
     const int status = addSection(section.get());
     QString key;
     section->getSectionKey(&key);
-    if (m_Sections.value(key) == section.get())
+    if (m_Sections.value(CPLCaseInsensitiveKey::lookup(key)) == section.get())
         section.release();
     return status;
 }
@@ -241,29 +270,39 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
 {
     m_iLastErrorLine = 0;
     m_LoadWarnings.clear();
-    // utf16() guarantees the terminating 0 the scanner stops at.
-    const auto* data = reinterpret_cast<const QChar*>(text.utf16());
-    const qint64 length = textLength(data, text.size());
+    // The sections share the text, and each block handed to loadSectionData() refers to it.
+    // utf16() ends it with the 0 the scanner stops at, copying a string that only refers to
+    // memory of the caller's (QString::fromRawData()), so the sections never depend on that.
+    m_strTextBeingLoaded = text;
+    const auto textLoaded = qScopeGuard([this] { m_strTextBeingLoaded.clear(); });
+    const auto* data = reinterpret_cast<const QChar*>(m_strTextBeingLoaded.utf16());
+    const qint64 length = textLength(data, m_strTextBeingLoaded.size());
     LineCounter<QChar> lines(data);
 
     qint64 position = 0;
     PLScan::SectionRange range;
     while (position < length && PLScan::nextSection(data, length, position, range)) {
-        const int headerLine = lines.lineAt(range.begin);
+        // Lines are counted only for the rare message that needs one.
+        const auto headerLine = [&] { return lines.lineAt(range.begin); };
         const QStringView header = lineAt(data, length, range.begin);
         QString key;
         int status = parseHeaderKey(header, &key);
         if (status == PL_SUCCESS) {
-            const QString block(data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
-            if (CPLCaseInsensitiveKey(key) == PLConstants::CLICKNUMBER_KEY)
+            const QString block = QString::fromRawData(data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
+            m_iBodyLines = range.lines - 1;
+            if (PLKeyHash::equal(key, PLConstants::CLICKNUMBER_KEY))
                 status = loadClickNumber(block);
-            if (status == PL_SUCCESS && isSectionPresent(key))
-                addLoadWarning(headerLine, QStringLiteral("section \"%1\" repeats the key of a section before it and is left out").arg(key));
-            else if (status == PL_SUCCESS)
-                status = loadSection(block, key, headerLine);
+            if (status == PL_SUCCESS && isSectionPresent(key)) {
+                addLoadWarning(headerLine(), QStringLiteral("section \"%1\" repeats the key of a section before it and is left out").arg(key));
+            } else if (status == PL_SUCCESS) {
+                status = loadSectionData(block, key);
+                const CPLSection* section = status == PL_SUCCESS ? (*this)[key] : nullptr;
+                if (section && !section->getIrregularLines().isEmpty())
+                    addIrregularLineWarnings(*section, headerLine());
+            }
         }
         if (status != PL_SUCCESS) {
-            m_iLastErrorLine = headerLine;
+            m_iLastErrorLine = headerLine();
             qWarning("Loading stopped with status %d at line %d, section header \"%s\"", status,
                      m_iLastErrorLine, qPrintable(header.trimmed().toString()));
             return status;
@@ -272,15 +311,11 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
     return PL_SUCCESS;
 }
 
-int CPLClickInfo::loadSection(const QString& block, const QString& sectionKey, int headerLine)
+void CPLClickInfo::addIrregularLineWarnings(const CPLSection& section, int headerLine)
 {
-    const int status = loadSectionData(block, sectionKey);
-    if (const CPLSection* section = status == PL_SUCCESS ? (*this)[sectionKey] : nullptr) {
-        const auto irregularLines = section->getIrregularLines();
-        for (const auto& line : irregularLines)
-            addLoadWarning(headerLine + line.first, line.second);
-    }
-    return status;
+    const auto irregularLines = section.getIrregularLines();
+    for (const auto& line : irregularLines)
+        addLoadWarning(headerLine + line.first, line.second);
 }
 
 void CPLClickInfo::addLoadWarning(int line, const QString& message)
@@ -304,36 +339,36 @@ void CPLClickInfo::clearData()
 
 int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections)
 {
-    QByteArray bytes;
-    int status = readWholeFile(filePath, &bytes);
-    if (status != PL_SUCCESS)
-        return status;
+    QString text;
     int linesBefore = 0;
-    const QByteArray text = normalisedText(bytes.constData(), bytes.size(), &linesBefore);
-    status = loadNormalisedText(text, linesBefore);
+    int status = withFileBytes(filePath, [&](const char* data, qint64 size) {
+        text = normalisedText(data, size, &linesBefore);
+    });
+    if (status == PL_SUCCESS)
+        status = loadNormalisedText(text, linesBefore);
     if (status != PL_SUCCESS)
         return status;
     m_iFileSectionCount = m_iSectionCount;
     return appendUserSections ? appendUserSpecificSections(false) : PL_SUCCESS;
 }
 
-int CPLClickInfo::loadNormalisedText(const QByteArray& text, int linesBefore)
+int CPLClickInfo::loadNormalisedText(const QString& text, int linesBefore)
 {
     // Lines up to the first line whose first token is exactly "***" are kept as they are. A
     // header with no blank after its asterisks stands among them, and is a section too.
-    const char* data = text.constData();
+    const auto* data = reinterpret_cast<const QChar*>(text.utf16());
     const qint64 length = textLength(data, text.size());
     m_LeadingLines.clear();
     QList<QPair<int, QString>> leadingWarnings;
     for (qint64 position = 0; position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
-        m_LeadingLines.append(lineAt(data, length, position).trimmed());
+        m_LeadingLines.append(lineAt(data, length, position).trimmed().toString());
         if (PLScan::isHeaderLine(data, position))
             leadingWarnings.append({ m_LeadingLines.size(), QStringLiteral("the section header \"%1\" has no blank after \"***\", so it is also kept as a line before the first section and written twice").arg(m_LeadingLines.last()) });
         position = PLScan::lineEnd(data, length, position);
     }
-    const int status = loadTextBuffer(QString::fromLatin1(data, static_cast<int>(length)));
+    const int status = loadTextBuffer(text);
     if (length < text.size())
-        m_LoadWarnings.append({ LineCounter<char>(data).lineAt(length), QStringLiteral("a NUL byte ends the text; what follows it is not read") });
+        m_LoadWarnings.append({ LineCounter<QChar>(data).lineAt(length), QStringLiteral("a NUL byte ends the text; what follows it is not read") });
     m_LoadWarnings = leadingWarnings + m_LoadWarnings;
     for (auto& warning : m_LoadWarnings)
         warning.first += linesBefore;
@@ -404,11 +439,11 @@ int CPLClickInfo::loadClickInfoDcm(const char* buffer, int length)
     if (start == end)
         return PL_NOTHING_TO_WORK_ON;
     int linesBefore = 0;
-    const QByteArray text = normalisedText(start, end - start, &linesBefore);
+    const QString text = normalisedText(start, end - start, &linesBefore);
 
     // Each save appended a copy; the last one starts at the last header line that repeats
     // the first header's key.
-    const char* data = text.constData();
+    const auto* data = reinterpret_cast<const QChar*>(text.utf16());
     const qint64 size = text.size();
     QString firstKey;
     parseHeaderKey(lineAt(data, size, 0), &firstKey);
@@ -417,7 +452,7 @@ int CPLClickInfo::loadClickInfoDcm(const char* buffer, int length)
         QString key;
         if (PLScan::isHeaderLine(data, position)
             && parseHeaderKey(lineAt(data, size, position), &key) == PL_SUCCESS
-            && key.compare(firstKey, Qt::CaseInsensitive) == 0)
+            && PLKeyHash::equal(key, firstKey))
             lastCopy = position;
     }
     return loadNormalisedText(text.mid(static_cast<int>(lastCopy)), 0);
@@ -430,7 +465,7 @@ QString CPLClickInfo::getClickInfoData() const
         text += line + QLatin1Char('\n');
     QString sectionText;
     for (const QString& key : m_SectionKeys) {
-        if (const CPLSection* section = m_Sections.value(key)) {
+        if (const CPLSection* section = m_Sections.value(CPLCaseInsensitiveKey::lookup(key))) {
             section->saveSectionData(sectionText);
             text += sectionText;
         }
@@ -494,12 +529,12 @@ int CPLClickInfo::appendAnalysisUserInputSection()
 
 bool CPLClickInfo::isSectionPresent(const QString& sectionKey) const
 {
-    return m_Sections.value(sectionKey) != nullptr;
+    return m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey)) != nullptr;
 }
 
 CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
 {
-    return m_Sections.value(sectionKey);
+    return m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey));
 }
 
 CPLSection* CPLClickInfo::operator[](int position) const

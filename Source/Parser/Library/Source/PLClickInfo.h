@@ -35,6 +35,9 @@ public:
     CPLClickInfo& operator=(const CPLClickInfo&) = delete;
 
     // Makes one section from its text (header line and body) and adds it under `sectionKey`.
+    // While loadTextBuffer() runs, the text it passes refers to the text being loaded
+    // (QString::fromRawData()) and is valid during the call only: an override that keeps it
+    // must copy it.
     // The name is the trimmed text after the header's colon (when the header holds a colon
     // and no "#" at or before it); the body, the lines after the header, is parsed by the
     // section. When a section with this key is present, the text is ignored and 0 returned:
@@ -56,7 +59,8 @@ public:
     // loading stops there and keeps the sections read so far. The text is read up to its
     // first NUL. Sections already present keep their content (see loadClickInfo()).
     virtual int loadTextBuffer(const QString& text);
-    // Removes every section and empties the click number.
+    // Removes every section (through removeSection()) and empties the click number and the
+    // leading lines.
     virtual void clearData();
 
     // Loads a file: reads it whole as Latin-1, trims it, turns CR LF and lone CR into LF,
@@ -185,7 +189,7 @@ public:
 protected:
     // Loads normalised Latin-1 text (trimmed, LF line ends): leading lines, then sections.
     // `linesBefore` is the number of lines trimmed off the front, for error lines.
-    int loadNormalisedText(const QByteArray& text, int linesBefore);
+    int loadNormalisedText(const QString& text, int linesBefore);
     // Removes the section with this key from the document without deleting it; null when
     // absent. The caller owns the result.
     CPLSection* takeSection(const QString& sectionKey);
@@ -204,10 +208,14 @@ protected:
     int m_iLastErrorLine = 0;
     // Line and message of each load warning of the last load.
     QList<QPair<int, QString>> m_LoadWarnings;
+    // The text that loadTextBuffer() is cutting into sections, while it does, and the number
+    // of body lines of the block it hands to loadSectionData().
+    QString m_strTextBeingLoaded;
+    int m_iBodyLines = 0;
 
 private:
-    // Loads one section with loadSectionData() and notes its irregular lines as warnings.
-    int loadSection(const QString& block, const QString& sectionKey, int headerLine);
+    // Notes the irregular lines of a section just loaded, whose header is at `headerLine`.
+    void addIrregularLineWarnings(const CPLSection& section, int headerLine);
     void addLoadWarning(int line, const QString& message);
 
     template<typename T>

@@ -68,6 +68,7 @@ struct SectionRange
 {
     qint64 begin = 0;
     qint64 end = 0;
+    int lines = 0; // the lines of the section, its header line included
 };
 
 // Finds the next section at or after `position` (< length). A boundary is a header line or
@@ -82,12 +83,15 @@ bool nextSection(const Char* buffer, qint64 length, qint64& position, SectionRan
     qint64 lastBoundary = position;
     qint64 sectionLength = 0;
     qint64 cursor = position;
+    int linesSinceBoundary = 0;
     for (;;) {
         const qint64 lineStart = cursor;
         const bool atEnd = cursor >= length;
         if (!atEnd)
             cursor = lineEnd(buffer, length, cursor);
         if (atEnd || isHeaderLine(buffer, lineStart)) {
+            section.lines = linesSinceBoundary;
+            linesSinceBoundary = 0;
             ++boundaries;
             const qint64 distance = lineStart - lastBoundary;
             lastBoundary = lineStart;
@@ -104,6 +108,7 @@ bool nextSection(const Char* buffer, qint64 length, qint64& position, SectionRan
             position = lineStart;
             return false;
         }
+        ++linesSinceBoundary;
     }
 }
 

@@ -44,24 +44,48 @@ double numberFromText<double>(const QString& text) { return text.toDouble(); }
 QString textFromNumber(long value) { return QString::number(value); }
 QString textFromNumber(double value) { return QString::asprintf("%f", value); }
 
-bool isCommentEntryKey(QStringView key)
+ushort asciiLower(ushort c)
 {
-    return key.contains(PLConstants::COMMENTLINE_KEY, Qt::CaseInsensitive);
+    return c >= 'A' && c <= 'Z' ? ushort(c + ('a' - 'A')) : c;
 }
 
-// Where a text stands in a section's text.
+// Whether a key contains "CommentLine " in any case. It is asked for every key, so it does
+// not go through a general case-insensitive search: no character outside ASCII folds to a
+// letter of this text, so comparing ASCII letters in lower case gives the same answer.
+bool isCommentEntryKey(QStringView key)
+{
+    const QString& marker = PLConstants::COMMENTLINE_KEY;
+    const ushort first = asciiLower(marker.at(0).unicode());
+    for (qsizetype i = 0; i + marker.size() <= key.size(); ++i) {
+        if (asciiLower(key.at(i).unicode()) != first)
+            continue;
+        qsizetype j = 1;
+        while (j < marker.size()
+               && asciiLower(key.at(i + j).unicode()) == asciiLower(marker.at(j).unicode()))
+            ++j;
+        if (j == marker.size())
+            return true;
+    }
+    return false;
+}
+
+// Where a text stands: in the loaded text from `offset` on, or, for a negative offset, in the
+// added text from ~offset on.
 struct TextRef
 {
     int offset = 0;
     int length = 0;
+
+    bool isAdded() const { return offset < 0; }
 };
 
 } // namespace
 
-// The entries of a section. Every key and value is a range of one text: a loaded body is
-// appended to it whole, and keys and values set later are appended as they come. Values
-// with the same key in lower case share one slot; an open-addressing index finds the slot
-// of a key.
+// The entries of a section. Every key and value is a range of text: of the loaded text, the
+// text a load was given, which the sections of one document share; or of the added text,
+// this section's own, which holds what loading generates and what is set later. Values with
+// the same key in lower case share one slot. A small section finds a slot by comparing the
+// hashes of its slots; a larger one keeps an open-addressing index.
 class CPLSectionData : public QSharedData
 {
 public:
@@ -77,51 +101,80 @@ public:
         int slot;
     };
 
-    QStringView view(TextRef ref) const { return QStringView(text).mid(ref.offset, ref.length); }
+    QStringView view(TextRef ref) const
+    {
+        return ref.isAdded() ? QStringView(added).mid(~ref.offset, ref.length)
+                             : QStringView(loaded).mid(ref.offset, ref.length);
+    }
     QStringView keyOf(int entry) const { return view(entries.at(entry).key); }
     QStringView valueOf(int entry) const { return view(slots.at(entries.at(entry).slot).value); }
 
-    // Appends `s`, which must not refer to `text` itself, and returns where it stands.
+    // Appends `s`, which must not refer to the added text itself, to the added text.
     TextRef store(QStringView s)
     {
-        const TextRef ref { text.size(), int(s.size()) };
-        text.append(s);
+        const TextRef ref { ~added.size(), int(s.size()) };
+        added.append(s);
         return ref;
     }
 
     int find(QStringView key) const { return find(key, PLKeyHash::hash(key)); }
     int find(QStringView key, uint hash) const;
     int findOrAddSlot(QStringView key, TextRef keyRef);
-    void appendEntry(QStringView key, TextRef keyRef, TextRef valueRef);
+    void appendEntry(QStringView key, TextRef keyRef, TextRef valueRef, bool keyValue);
+    void clearEntries();
     void setValue(int slot, const QString& value);
+    void replaceValue(int slot, TextRef valueRef);
+    // Makes room for this many more entries at once.
+    void reserve(int moreEntries);
+
+    // The key/value entries, by their position among them.
+    int keyValueCount() const { return keyOrder.isEmpty() ? keyValueEntries : keyOrder.size(); }
+    int keyValueEntry(int position) const
+    {
+        return keyOrder.isEmpty() ? position : keyOrder.at(position);
+    }
 
     QString key;
     QString name;
-    QString text;
+    QString loaded;
+    QString added;
     QVector<Slot> slots;
     QVector<Entry> entries; // every entry, comment entries included, in order of addition
-    QVector<int> keyOrder;  // index in `entries` of each key/value entry, by its position
-    QVector<int> index;     // slot + 1 by hash position; 0 for none; a power of two long
     int lineCount = 0;      // how many entries saveSectionData() writes
     QList<QPair<int, QString>> irregularLines; // of the last load
-    int unused = 0;         // characters of `text` that no range refers to any more
+    int unused = 0;         // characters of the added text that no range refers to any more
 
 private:
+    // Sections up to this many slots find them without an index.
+    static constexpr int SMALL = 8;
     void insertInIndex(int slot);
+    void rebuildIndex(int slotCount);
     void compact();
+
+    // The index in `entries` of each key/value entry, by its position. Left empty while every
+    // entry is a key/value entry, when positions and indexes are the same.
+    QVector<int> keyOrder;
+    int keyValueEntries = 0; // while keyOrder is empty
+    QVector<int> index; // slot + 1 by hash position; 0 for none; a power of two long
 };
 
 int CPLSectionData::find(QStringView key, uint hash) const
 {
-    if (index.isEmpty())
+    const auto matches = [&](int slot) {
+        const Slot& candidate = slots.at(slot);
+        return candidate.hash == hash && PLKeyHash::equal(view(candidate.key), key);
+    };
+    if (index.isEmpty()) {
+        for (int slot = 0; slot < slots.size(); ++slot) {
+            if (matches(slot))
+                return slot;
+        }
         return -1;
+    }
     const int mask = index.size() - 1;
     for (int i = int(hash) & mask;; i = (i + 1) & mask) {
         const int slot = index.at(i) - 1;
-        if (slot < 0)
-            return -1;
-        const Slot& candidate = slots.at(slot);
-        if (candidate.hash == hash && PLKeyHash::equal(view(candidate.key), key))
+        if (slot < 0 || matches(slot))
             return slot;
     }
 }
@@ -142,40 +195,77 @@ int CPLSectionData::findOrAddSlot(QStringView key, TextRef keyRef)
     if (found >= 0)
         return found;
     slots.append(Slot { keyRef, TextRef {}, hash });
-    if (slots.size() * 2 > index.size()) {
-        // Keep the index at most half full; rebuilding it is linear, and it doubles.
-        index.fill(0, qMax(16, index.size() * 2));
-        for (int slot = 0; slot < slots.size(); ++slot)
-            insertInIndex(slot);
-    } else {
+    if (index.isEmpty() && slots.size() <= SMALL)
+        return slots.size() - 1;
+    if (slots.size() * 2 > index.size())
+        rebuildIndex(slots.size());
+    else
         insertInIndex(slots.size() - 1);
-    }
     return slots.size() - 1;
 }
 
-void CPLSectionData::appendEntry(QStringView key, TextRef keyRef, TextRef valueRef)
+void CPLSectionData::rebuildIndex(int slotCount)
 {
+    // At most half full, so that probes stay short; it at least doubles each time.
+    int size = qMax(4 * SMALL, index.size() * 2);
+    while (size < 2 * slotCount)
+        size *= 2;
+    index.fill(0, size);
+    for (int slot = 0; slot < slots.size(); ++slot)
+        insertInIndex(slot);
+}
+
+void CPLSectionData::reserve(int moreEntries)
+{
+    slots.reserve(slots.size() + moreEntries);
+    entries.reserve(entries.size() + moreEntries);
+    const int slotCount = slots.size() + moreEntries;
+    if (slotCount > SMALL && slotCount * 2 > index.size())
+        rebuildIndex(slotCount);
+}
+
+void CPLSectionData::appendEntry(QStringView key, TextRef keyRef, TextRef valueRef, bool keyValue)
+{
+    const bool positionsAreIndexes = keyOrder.isEmpty() && keyValueEntries == entries.size();
+    if (keyValue && positionsAreIndexes) {
+        ++keyValueEntries;
+    } else if (keyValue) {
+        keyOrder.append(entries.size());
+    } else if (positionsAreIndexes) {
+        // The first entry that is not a key/value entry: positions and indexes part ways.
+        for (int entry = 0; entry < keyValueEntries; ++entry)
+            keyOrder.append(entry);
+    }
     const int slot = findOrAddSlot(key, keyRef);
-    unused += slots.at(slot).value.length;
-    slots[slot].value = valueRef;
+    replaceValue(slot, valueRef);
     entries.append(Entry { keyRef, slot });
+}
+
+void CPLSectionData::replaceValue(int slot, TextRef valueRef)
+{
+    const TextRef old = slots.at(slot).value;
+    if (old.isAdded())
+        unused += old.length;
+    slots[slot].value = valueRef;
 }
 
 void CPLSectionData::setValue(int slot, const QString& value)
 {
-    unused += slots.at(slot).value.length;
-    slots[slot].value = store(value);
-    // Values set again and again would let the text grow without bound: once most of it is
-    // unused, copy what is used into a new text.
-    if (unused > 4096 && unused > text.size() / 2)
+    replaceValue(slot, store(value));
+    // Values set again and again would let the added text grow without bound: once most of
+    // it is unused, copy what is used into a new one.
+    if (unused > 4096 && unused > added.size() / 2)
         compact();
 }
 
 void CPLSectionData::compact()
 {
-    const QString old = text;
-    text.clear();
-    const auto move = [&](TextRef& ref) { ref = store(QStringView(old).mid(ref.offset, ref.length)); };
+    const QString old = added;
+    added.clear();
+    const auto move = [&](TextRef& ref) {
+        if (ref.isAdded())
+            ref = store(QStringView(old).mid(~ref.offset, ref.length));
+    };
     for (Slot& slot : slots) {
         move(slot.key);
         move(slot.value);
@@ -183,6 +273,20 @@ void CPLSectionData::compact()
     for (Entry& entry : entries)
         move(entry.key);
     unused = 0;
+}
+
+void CPLSectionData::clearEntries()
+{
+    loaded.clear();
+    added.clear();
+    slots.clear();
+    entries.clear();
+    keyOrder.clear();
+    keyValueEntries = 0;
+    index.clear();
+    lineCount = 0;
+    unused = 0;
+    irregularLines.clear();
 }
 
 CPLSection::CPLSection()
@@ -203,38 +307,48 @@ CPLSection::~CPLSection() = default;
 
 void CPLSection::clearKeyValuePairs()
 {
-    CPLSectionData& data = *d;
-    data.text.clear();
-    data.slots.clear();
-    data.entries.clear();
-    data.keyOrder.clear();
-    data.index.clear();
-    data.lineCount = 0;
-    data.unused = 0;
-    data.irregularLines.clear();
+    d->clearEntries();
 }
 
 void CPLSection::loadSectionData(const QString& text)
 {
-    loadSectionData(QStringView(text));
+    loadBody(text, 0, text.size(), 0);
 }
 
 void CPLSection::loadSectionData(QStringView text)
 {
+    const QString copy = text.toString();
+    loadBody(copy, 0, copy.size(), 0);
+}
+
+void CPLSection::loadBody(const QString& text, int from, int to, int expectedLines)
+{
     using Span = PLText::Span<QChar>;
-    Span body = PLText::trimmed(Span { text.data(), text.data() + text.size() });
+    const QStringView given = QStringView(text).mid(from, to - from);
+    Span body = PLText::trimmed(Span { given.data(), given.data() + given.size() });
     // The body is read as C text: it ends at its first NUL.
-    if (const QChar* nul = PLText::find(body.begin, body.end, '\0'))
+    if (const QChar* nul = PLText::findFar(body.begin, body.end, '\0'))
         body.end = nul;
 
     CPLSectionData& data = *d;
     data.irregularLines.clear();
+    if (expectedLines > 0)
+        data.reserve(expectedLines);
     // Line numbers count from the text given, before its leading blank lines were trimmed.
-    const int linesTrimmed = int(std::count(text.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
-    // The body is kept whole; its entries refer to it.
-    const TextRef bodyRef = data.store(QStringView(body.begin, body.end));
+    const int linesTrimmed = int(std::count(given.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
+    // The entries refer to the body where it stands. A section that has loaded no text yet
+    // shares the text given (Qt's implicit sharing) instead of copying it; a second load
+    // copies its body into the added text.
+    const bool shared = data.loaded.isEmpty();
+    int addedStart = 0;
+    if (shared)
+        data.loaded = text;
+    else
+        addedStart = ~data.store(QStringView(body.begin, body.end)).offset;
     const auto refTo = [&](Span s) {
-        return TextRef { bodyRef.offset + int(s.begin - body.begin), int(s.size()) };
+        const int length = int(s.size());
+        return shared ? TextRef { int(s.begin - text.constData()), length }
+                      : TextRef { ~(addedStart + int(s.begin - body.begin)), length };
     };
 
     int commentNumber = 0;
@@ -264,8 +378,7 @@ void CPLSection::loadSectionData(QStringView text)
             if (isCommentEntryKey(keyText))
                 data.irregularLines.append({ linesTrimmed + lines + 1,
                                              QStringLiteral("the key \"%1\" contains \"%2\", which marks comment lines; it is written back as its value alone").arg(keyText, PLConstants::COMMENTLINE_KEY) });
-            data.keyOrder.append(data.entries.size());
-            data.appendEntry(keyText, refTo(key), refTo(value));
+            data.appendEntry(keyText, refTo(key), refTo(value), true);
         } else {
             // A comment entry holds the line's text, made to start with "#".
             const QString commentKey = PLConstants::COMMENTLINE_KEY + QString::number(commentNumber++);
@@ -273,7 +386,7 @@ void CPLSection::loadSectionData(QStringView text)
             const TextRef commentRef = comment.isEmpty() || comment.startsWith(QLatin1Char('#'))
                 ? refTo(trimmedLine)
                 : data.store(QString(QLatin1Char('#') + comment));
-            data.appendEntry(commentKey, data.store(commentKey), commentRef);
+            data.appendEntry(commentKey, data.store(commentKey), commentRef, false);
         }
     }
     data.lineCount = lines;
@@ -333,8 +446,7 @@ int CPLSection::addKeyValue(const QString& key, const QString& value)
         return PL_SUCCESS;
     }
     CPLSectionData& data = *d;
-    data.keyOrder.append(data.entries.size());
-    data.appendEntry(key, data.store(key), data.store(value));
+    data.appendEntry(key, data.store(key), data.store(value), true);
     ++data.lineCount;
     return PL_SUCCESS;
 }
@@ -408,7 +520,7 @@ int CPLSection::getKey(int position, QString* key) const
     if (!key)
         return PL_NULL_ARGUMENT;
     // Past the key/value entries, a position names the entry at that index of all entries.
-    const int entry = position < d->keyOrder.size() ? d->keyOrder.at(position) : position;
+    const int entry = position < d->keyValueCount() ? d->keyValueEntry(position) : position;
     *key = d->keyOf(entry).toString();
     return PL_SUCCESS;
 }
@@ -417,13 +529,13 @@ int CPLSection::getKeyValuePairCount(int* count) const
 {
     if (!count)
         return PL_NULL_ARGUMENT;
-    *count = d->keyOrder.size();
+    *count = d->keyValueCount();
     return PL_SUCCESS;
 }
 
 int CPLSection::count() const
 {
-    return d->keyOrder.size();
+    return d->keyValueCount();
 }
 
 int CPLSection::getKeyList(QStringList* keys) const
@@ -431,9 +543,9 @@ int CPLSection::getKeyList(QStringList* keys) const
     if (!keys)
         return PL_NULL_ARGUMENT;
     QStringList result;
-    result.reserve(d->keyOrder.size());
-    for (const int entry : d->keyOrder)
-        result.append(d->keyOf(entry).toString());
+    result.reserve(d->keyValueCount());
+    for (int position = 0; position < d->keyValueCount(); ++position)
+        result.append(d->keyOf(d->keyValueEntry(position)).toString());
     *keys = result;
     return PL_SUCCESS;
 }
@@ -443,9 +555,9 @@ int CPLSection::getValueList(QStringList* values) const
     if (!values)
         return PL_NULL_ARGUMENT;
     QStringList result;
-    result.reserve(d->keyOrder.size());
-    for (const int entry : d->keyOrder)
-        result.append(withoutInlineComment(d->valueOf(entry)).toString());
+    result.reserve(d->keyValueCount());
+    for (int position = 0; position < d->keyValueCount(); ++position)
+        result.append(withoutInlineComment(d->valueOf(d->keyValueEntry(position))).toString());
     *values = result;
     return PL_SUCCESS;
 }
@@ -455,9 +567,9 @@ int CPLSection::getRawValueList(QStringList* values) const
     if (!values)
         return PL_NULL_ARGUMENT;
     QStringList result;
-    result.reserve(d->keyOrder.size());
-    for (const int entry : d->keyOrder)
-        result.append(d->valueOf(entry).toString());
+    result.reserve(d->keyValueCount());
+    for (int position = 0; position < d->keyValueCount(); ++position)
+        result.append(d->valueOf(d->keyValueEntry(position)).toString());
     *values = result;
     return PL_SUCCESS;
 }
@@ -467,8 +579,8 @@ int CPLSection::getKeylistFromKeyAndSubkey(const QString& key, const QString& su
 {
     if (key.isEmpty() || !keys)
         return PL_NULL_ARGUMENT;
-    for (const int entry : d->keyOrder) {
-        const QStringView candidate = d->keyOf(entry);
+    for (int position = 0; position < d->keyValueCount(); ++position) {
+        const QStringView candidate = d->keyOf(d->keyValueEntry(position));
         if (candidate.startsWith(key, Qt::CaseInsensitive)
             && (subkey.isNull() || candidate.contains(subkey, Qt::CaseInsensitive)))
             keys->append(candidate.toString());
