@@ -1,0 +1,234 @@
+#include "FuzzChecks.h"
+
+#include "PLClickInfo.h"
+#include "PLSectionScanner.h"
+#include "PLStatus.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QtGlobal>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+
+namespace OvFuzz {
+
+namespace {
+
+using Block = std::unique_ptr<char, decltype(&std::free)>;
+
+Block own(char* block)
+{
+    return Block(block, &std::free);
+}
+
+// A header line: its first token, after blanks and tabs, begins with "***".
+bool isHeaderLine(const char* line)
+{
+    while (*line == ' ' || *line == '\t')
+        ++line;
+    return line[0] == '*' && line[1] == '*' && line[2] == '*';
+}
+
+std::string at(const char* what, long offset)
+{
+    return std::string(what) + " (at offset " + std::to_string(offset) + ")";
+}
+
+// The offset of the first header line of a text, or -1.
+long firstHeaderOffset(const std::string& text)
+{
+    for (size_t start = 0; start < text.size();) {
+        if (isHeaderLine(text.c_str() + start))
+            return long(start);
+        const size_t lf = text.find('\n', start);
+        if (lf == std::string::npos)
+            break;
+        start = lf + 1;
+    }
+    return -1;
+}
+
+std::string checkLines(const char* buffer, const std::string& content)
+{
+    const long length = long(content.size());
+    std::string joined;
+    std::string firstLine;
+    bool previousHadLineFeed = true;
+    long position = 0;
+    for (;;) {
+        const long before = position;
+        const Block line = own(readLine(buffer, &position));
+        if (!line) {
+            if (position != before)
+                return at("readLine() moved the position without returning a line", before);
+            break;
+        }
+        if (!previousHadLineFeed)
+            return at("readLine() returned a line after a line without a line feed", before);
+        if (position <= before || position > length + 1)
+            return at("readLine() left the position outside (previous, length + 1]", before);
+        const size_t size = std::strlen(line.get());
+        const char* lf = static_cast<const char*>(std::memchr(line.get(), '\n', size));
+        if (lf && lf != line.get() + size - 1)
+            return at("readLine() returned a line feed inside a line", before);
+        previousHadLineFeed = lf != nullptr;
+        // A last line without a line feed moves the position past the terminating NUL too.
+        if (position - before != long(size) + (lf ? 0 : 1))
+            return at("readLine() moved the position by other than the line's size", before);
+        if (before == 0)
+            firstLine = line.get();
+        joined += line.get();
+    }
+    if (joined != content)
+        return "the lines of readLine() do not make up the buffer";
+
+    const Block unpositioned = own(readLine(buffer, nullptr));
+    if ((unpositioned ? std::string(unpositioned.get()) : std::string()) != firstLine
+        || (!unpositioned && !content.empty()))
+        return "readLine() without a position did not return the first line";
+    return std::string();
+}
+
+std::string checkSections(const char* buffer, const std::string& content)
+{
+    const long length = long(content.size());
+    std::string joined;
+    std::string firstSection;
+    long position = 0;
+    for (;;) {
+        const long before = position;
+        const Block section = own(getNextSection(buffer, &position));
+        if (!section) {
+            const bool unchanged = position == before;
+            const bool atEnd = position == length || position == length + 1;
+            if (before >= length ? !unchanged : !atEnd)
+                return at("getNextSection() returned null and left the position off the end",
+                          before);
+            break;
+        }
+        if (position <= before || position > length + 1)
+            return at("getNextSection() left the position outside (previous, length + 1]",
+                      before);
+        if (!isHeaderLine(section.get()))
+            return at("a section does not begin with a header line", before);
+        for (const char* lf = std::strchr(section.get(), '\n'); lf && lf[1];
+             lf = std::strchr(lf + 1, '\n')) {
+            if (isHeaderLine(lf + 1))
+                return at("a section holds a second header line", before);
+        }
+        if (joined.empty())
+            firstSection = section.get();
+        joined += section.get();
+    }
+    const long firstHeader = firstHeaderOffset(content);
+    if (joined != (firstHeader < 0 ? std::string() : content.substr(size_t(firstHeader))))
+        return "the sections do not make up the buffer from its first header line on";
+
+    const Block unpositioned = own(getNextSection(buffer, nullptr));
+    if ((unpositioned ? std::string(unpositioned.get()) : std::string()) != firstSection
+        || (!unpositioned && firstHeader >= 0))
+        return "getNextSection() without a position did not return the first section";
+    return std::string();
+}
+
+// The offset of the first difference of two texts, for messages.
+int firstDifference(const QString& a, const QString& b)
+{
+    const int common = std::min(a.size(), b.size());
+    int i = 0;
+    while (i < common && a.at(i) == b.at(i))
+        ++i;
+    return i;
+}
+
+void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    // Fatal messages stop the program right after the handler; say why first.
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", message.toLocal8Bit().constData());
+}
+
+} // namespace
+
+std::string checkScanner(const uint8_t* data, size_t size)
+{
+    // std::string keeps a NUL after its content; bytes after an inner NUL are never read.
+    const std::string input(reinterpret_cast<const char*>(data), size);
+    const std::string content(input.c_str());
+    std::string failure = checkLines(input.c_str(), content);
+    if (failure.empty())
+        failure = checkSections(input.c_str(), content);
+    return failure;
+}
+
+std::string checkClickInfo(const uint8_t* data, size_t size)
+{
+    if (size > size_t(std::numeric_limits<int>::max()))
+        return std::string();
+    CPLClickInfo first;
+    first.loadTextBuffer(QString::fromLatin1(reinterpret_cast<const char*>(data), int(size)));
+    const QString firstSave = first.getClickInfoData();
+
+    // What the library writes loads again. When a load warns of nothing, saving writes back
+    // what it read: the text saved from that load, loaded and saved again, is the same. (A
+    // load that warns may change the text on each save: a key holding "CommentLine " is
+    // written as its value alone, which may hold such a key again.)
+    CPLClickInfo second;
+    const int status = second.loadTextBuffer(firstSave);
+    if (status != PL_SUCCESS)
+        return "text written by the library does not load again, status " + std::to_string(status);
+    const QString secondSave = second.getClickInfoData();
+    if (first.getLoadWarnings().isEmpty() && secondSave != firstSave)
+        return "a load without warnings did not save back what it read: the saves differ at "
+               "offset "
+            + std::to_string(firstDifference(firstSave, secondSave));
+    return std::string();
+}
+
+std::string checkObtainValue(const uint8_t* data, size_t size)
+{
+    const char* bytes = reinterpret_cast<const char*>(data);
+    const char* lf = static_cast<const char*>(std::memchr(bytes, '\n', size));
+    const size_t lineSize = lf ? size_t(lf - bytes) : size;
+    const QString key = QString::fromLatin1(bytes, int(std::min<size_t>(lineSize, 64)));
+    const std::string buffer = lf ? std::string(lf + 1, bytes + size) : std::string();
+
+    QString value = QStringLiteral("unchanged");
+    const int status = CPLClickInfo::obtainValueFromClickInfoFile(buffer.c_str(), key, &value);
+    const bool holdsKey = QString::fromLatin1(buffer.c_str())
+                              .contains(key + QLatin1Char(':'), Qt::CaseInsensitive);
+    switch (status) {
+    case PL_SUCCESS:
+        if (value.contains(QLatin1Char('\n')))
+            return "the value found holds a line feed";
+        if (value != value.trimmed())
+            return "the value found is not trimmed";
+        if (!holdsKey)
+            return "a value was found although the text does not hold the key and a colon";
+        return std::string();
+    case PL_KEY_NOT_FOUND:
+        if (!value.isEmpty())
+            return "the result was not emptied when the key was not found";
+        if (key.isEmpty())
+            return "an empty key was searched for";
+        return std::string();
+    case PL_NULL_ARGUMENT:
+        if (!key.isEmpty())
+            return "a non-empty key was refused as missing";
+        return std::string();
+    default:
+        return "unexpected status " + std::to_string(status);
+    }
+}
+
+void silenceMessages()
+{
+    qInstallMessageHandler(dropMessage);
+}
+
+} // namespace OvFuzz

@@ -1,0 +1,34 @@
+#ifndef FUZZCHECKS_H
+#define FUZZCHECKS_H
+
+// The properties that the fuzz targets check, kept apart from libFuzzer so that the
+// regression test replays every saved input through exactly the same code.
+//
+// Each check runs the library on one input and returns an empty string when every property
+// holds, else a one-line description of the first violation. A crash or a sanitizer report
+// inside the library is not caught here; it ends the program, which is what a fuzzer needs.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace OvFuzz {
+
+// The scanner: the input, NUL-terminated, walked with getNextSection() and with readLine().
+std::string checkScanner(const uint8_t* data, size_t size);
+
+// The ClickInfo document: the input loaded with loadTextBuffer() and saved; the saved text
+// must load again, and, when the first load gave no warnings, save back to the same text.
+std::string checkClickInfo(const uint8_t* data, size_t size);
+
+// obtainValueFromClickInfoFile(): the first line of the input (at most 64 bytes) is the key,
+// the rest the buffer searched.
+std::string checkObtainValue(const uint8_t* data, size_t size);
+
+// Drops the library's log messages (malformed input is logged), which would otherwise flood
+// a fuzzing run.
+void silenceMessages();
+
+} // namespace OvFuzz
+
+#endif // FUZZCHECKS_H
