@@ -174,16 +174,18 @@ std::string checkClickInfo(const uint8_t* data, size_t size)
     first.loadTextBuffer(QString::fromLatin1(reinterpret_cast<const char*>(data), int(size)));
     const QString firstSave = first.getClickInfoData();
 
-    // What the library writes loads again. When a load warns of nothing, saving writes back
-    // what it read: the text saved from that load, loaded and saved again, is the same. (A
-    // load that warns may change the text on each save: a key holding "CommentLine " is
-    // written as its value alone, which may hold such a key again.)
+    // When a load warns of nothing, saving writes back what it read: the saved text loads
+    // again and saves to the same text. A load that warns gives no such promise: an entry
+    // whose key holds "CommentLine " is written as its value alone, which may be anything,
+    // even a section header.
+    if (!first.getLoadWarnings().isEmpty())
+        return std::string();
     CPLClickInfo second;
     const int status = second.loadTextBuffer(firstSave);
     if (status != PL_SUCCESS)
         return "text written by the library does not load again, status " + std::to_string(status);
     const QString secondSave = second.getClickInfoData();
-    if (first.getLoadWarnings().isEmpty() && secondSave != firstSave)
+    if (secondSave != firstSave)
         return "a load without warnings did not save back what it read: the saves differ at "
                "offset "
             + std::to_string(firstDifference(firstSave, secondSave));

@@ -158,6 +158,10 @@ TEST(SectionText, LineWithLeadingBlanksIsCutAtTheShiftedColonOffset)
     ASSERT_EQ(lines.size(), 2);
     EXPECT_EQ(lines[0].first, 4);
     EXPECT_EQ(lines[1].first, 5);
+    // A vertical tab separates no tokens, so "\v*** k" was no header; trimmed, it would be.
+    const auto header = loaded("\v*** k:\tv\n").getIrregularLines();
+    ASSERT_EQ(header.size(), 1);
+    EXPECT_TRUE(header[0].second.contains(L1("\"***\""))) << header[0].second.toStdString();
     EXPECT_EQ(saved(irregular), L1("*** S:\t\r\nk:\tv\nx:y:\t\nv\n\n"));
 }
 

@@ -375,6 +375,9 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
             if (trimmedLine.begin != line.begin)
                 data.irregularLines.append({ linesTrimmed + lines + 1,
                                              QStringLiteral("the line begins with blanks, so its key is cut at a shifted place (\"%1\")").arg(keyText) });
+            if (keyText.startsWith(QStringView(PLConstants::SECTIONKEY_PREFIX).left(3)))
+                data.irregularLines.append({ linesTrimmed + lines + 1,
+                                             QStringLiteral("the key \"%1\" begins with \"***\", so its line reads back as a section header").arg(keyText) });
             if (isCommentEntryKey(keyText))
                 data.irregularLines.append({ linesTrimmed + lines + 1,
                                              QStringLiteral("the key \"%1\" contains \"%2\", which marks comment lines; it is written back as its value alone").arg(keyText, PLConstants::COMMENTLINE_KEY) });

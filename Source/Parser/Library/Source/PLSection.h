@@ -147,7 +147,9 @@ public:
 
     // The lines of the last loaded body that saving will not write back as they stood, each
     // with its 1-based line number in the text given to loadSectionData() and the reason: a
-    // key line that begins with blanks (its key is cut at a shifted place), and a key that
+    // key line that begins with blanks (its key is cut at a shifted place), a key that begins
+    // with "***" (its line would read back as a section header; a body can begin so after
+    // white space that does not separate tokens, such as a carriage return), and a key that
     // contains "CommentLine " (such an entry is written back as its value alone).
     QList<QPair<int, QString>> getIrregularLines() const;
 
