@@ -9,6 +9,7 @@
 #include <limits>
 #include <map>
 #include <string>
+#include <vector>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -21,7 +22,8 @@ struct Figures
     double bytesPerSecond = 0;
 };
 
-// The console table, and the best figures of every benchmark for the summary.
+// The console table, and for the summary the median figures of every benchmark over its
+// repetitions.
 class SummaryReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -35,13 +37,11 @@ public:
         for (const Run& run : runs) {
             if (run.run_type != Run::RT_Iteration || run.error_occurred || run.iterations == 0)
                 continue;
-            const double seconds = run.real_accumulated_time / double(run.iterations);
-            Figures& figures = m_figures[run.run_name.function_name];
-            if (figures.seconds == 0 || seconds < figures.seconds) {
-                figures.seconds = seconds;
-                const auto bytes = run.counters.find("bytes_per_second");
-                figures.bytesPerSecond = bytes == run.counters.end() ? 0 : double(bytes->second);
-            }
+            Figures figures;
+            figures.seconds = run.real_accumulated_time / double(run.iterations);
+            const auto bytes = run.counters.find("bytes_per_second");
+            figures.bytesPerSecond = bytes == run.counters.end() ? 0 : double(bytes->second);
+            m_runs[run.run_name.function_name].push_back(figures);
         }
         ConsoleReporter::ReportRuns(runs);
     }
@@ -49,6 +49,12 @@ public:
     void Finalize() override
     {
         ConsoleReporter::Finalize();
+        for (auto& [name, runs] : m_runs) {
+            std::sort(runs.begin(), runs.end(), [](const Figures& a, const Figures& b) {
+                return a.seconds < b.seconds;
+            });
+            m_figures[name] = runs[runs.size() / 2];
+        }
         std::FILE* out = stdout;
         std::fflush(out);
         std::fprintf(out, "\nTargets\n");
@@ -104,6 +110,7 @@ private:
         return met ? "met" : "MISSED";
     }
 
+    std::map<std::string, std::vector<Figures>> m_runs;
     std::map<std::string, Figures> m_figures;
     int m_checked = 0;
     int m_missed = 0;

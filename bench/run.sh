@@ -15,6 +15,12 @@ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=Release \
     -DOVPARSER_BUILD_BENCH=ON -DOVPARSER_BUILD_TESTS=OFF -DOVPARSER_BUILD_TOOLS=OFF >/dev/null
 cmake --build "$build" --target bench_ovparser -j "${JOBS:-2}"
 
+# Without options: three repetitions of each benchmark, interleaved at random so that a
+# passing disturbance of the machine does not fall on one benchmark alone; the ratios are
+# taken from the medians.
+if [[ $# -eq 0 ]]; then
+    set -- --benchmark_repetitions=3 --benchmark_enable_random_interleaving=true
+fi
 "$build/bench/bench_ovparser" \
     --benchmark_out="$build/bench-results.json" --benchmark_out_format=json "$@"
 echo "JSON results: $build/bench-results.json"
