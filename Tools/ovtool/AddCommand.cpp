@@ -12,9 +12,7 @@ int runAdd(const QStringList& arguments)
         QStringLiteral("add"),
         QStringLiteral("Adds KEY with VALUE at the end of SECTION, and the section at\n"
                        "the end of the file when it is absent, and saves FILE."));
-    commandLine.addArgument(QStringLiteral("FILE"), fileArgumentHelp());
-    commandLine.addArgument(QStringLiteral("SECTION"), sectionArgumentHelp());
-    commandLine.addArgument(QStringLiteral("KEY"), keyArgumentHelp());
+    addEntryArguments(commandLine);
     commandLine.addArgument(QStringLiteral("VALUE"),
                             QStringLiteral("The value; a \"#\" in it starts an inline comment."));
     commandLine.setNotes(QStringLiteral(

@@ -1,6 +1,8 @@
 #ifndef OVTOOL_COMMANDS_H
 #define OVTOOL_COMMANDS_H
 
+#include "Tool.h"
+
 #include <QStringList>
 
 // Each command runs on its own arguments, its name first, and returns the exit status.
@@ -23,6 +25,14 @@ inline QString sectionArgumentHelp()
 inline QString keyArgumentHelp()
 {
     return QStringLiteral("The key, the text before the colon of its line; matched in any case.");
+}
+
+// The arguments FILE SECTION KEY of the commands that work on one entry.
+inline void addEntryArguments(CommandLine& commandLine)
+{
+    commandLine.addArgument(QStringLiteral("FILE"), fileArgumentHelp());
+    commandLine.addArgument(QStringLiteral("SECTION"), sectionArgumentHelp());
+    commandLine.addArgument(QStringLiteral("KEY"), keyArgumentHelp());
 }
 
 #endif // OVTOOL_COMMANDS_H

@@ -10,9 +10,7 @@ int runGet(const QStringList& arguments)
     CommandLine commandLine(QStringLiteral("get"),
                             QStringLiteral("Prints the value of KEY in SECTION alone on a line,\n"
                                            "without its inline comment (from a \"#\" on)."));
-    commandLine.addArgument(QStringLiteral("FILE"), fileArgumentHelp());
-    commandLine.addArgument(QStringLiteral("SECTION"), sectionArgumentHelp());
-    commandLine.addArgument(QStringLiteral("KEY"), keyArgumentHelp());
+    addEntryArguments(commandLine);
     commandLine.addOption(QStringLiteral("raw"),
                           QStringLiteral("Prints the value as stored, inline comment included."));
     if (const auto done = commandLine.parse(arguments))

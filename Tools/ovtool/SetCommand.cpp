@@ -10,9 +10,7 @@ int runSet(const QStringList& arguments)
     CommandLine commandLine(QStringLiteral("set"),
                             QStringLiteral("Changes the value of KEY, which SECTION must hold, to "
                                            "VALUE, and saves FILE."));
-    commandLine.addArgument(QStringLiteral("FILE"), fileArgumentHelp());
-    commandLine.addArgument(QStringLiteral("SECTION"), sectionArgumentHelp());
-    commandLine.addArgument(QStringLiteral("KEY"), keyArgumentHelp());
+    addEntryArguments(commandLine);
     commandLine.addArgument(QStringLiteral("VALUE"), QStringLiteral("The new value."));
     commandLine.setNotes(QStringLiteral(
         "An inline comment of the old value (from a \"#\" on) is kept after the new value,\n"

@@ -127,6 +127,17 @@ public:
     // Makes room for this many more entries at once.
     void reserve(int moreEntries);
 
+    // A text of each key/value entry, in order: `text` maps an index of `entries` to it.
+    template<typename Text>
+    QStringList keyValueTexts(Text text) const
+    {
+        QStringList result;
+        result.reserve(keyValueCount());
+        for (int position = 0; position < keyValueCount(); ++position)
+            result.append(text(keyValueEntry(position)).toString());
+        return result;
+    }
+
     // The key/value entries, by their position among them.
     int keyValueCount() const { return keyOrder.isEmpty() ? keyValueEntries : keyOrder.size(); }
     int keyValueEntry(int position) const
@@ -545,11 +556,7 @@ int CPLSection::getKeyList(QStringList* keys) const
 {
     if (!keys)
         return PL_NULL_ARGUMENT;
-    QStringList result;
-    result.reserve(d->keyValueCount());
-    for (int position = 0; position < d->keyValueCount(); ++position)
-        result.append(d->keyOf(d->keyValueEntry(position)).toString());
-    *keys = result;
+    *keys = d->keyValueTexts([this](int entry) { return d->keyOf(entry); });
     return PL_SUCCESS;
 }
 
@@ -557,11 +564,7 @@ int CPLSection::getValueList(QStringList* values) const
 {
     if (!values)
         return PL_NULL_ARGUMENT;
-    QStringList result;
-    result.reserve(d->keyValueCount());
-    for (int position = 0; position < d->keyValueCount(); ++position)
-        result.append(withoutInlineComment(d->valueOf(d->keyValueEntry(position))).toString());
-    *values = result;
+    *values = d->keyValueTexts([this](int entry) { return withoutInlineComment(d->valueOf(entry)); });
     return PL_SUCCESS;
 }
 
@@ -569,11 +572,7 @@ int CPLSection::getRawValueList(QStringList* values) const
 {
     if (!values)
         return PL_NULL_ARGUMENT;
-    QStringList result;
-    result.reserve(d->keyValueCount());
-    for (int position = 0; position < d->keyValueCount(); ++position)
-        result.append(d->valueOf(d->keyValueEntry(position)).toString());
-    *values = result;
+    *values = d->keyValueTexts([this](int entry) { return d->valueOf(entry); });
     return PL_SUCCESS;
 }
 
