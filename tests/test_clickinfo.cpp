@@ -254,6 +254,15 @@ TEST_F(ClickInfoTest, AddRemoveAndOwnership)
     ASSERT_EQ(doc.addSection(new CPLSection(L1("B"), QString())), PL_SUCCESS);
     ASSERT_EQ(doc.addSection(new CPLSection(L1("C"), QString())), PL_SUCCESS);
 
+    // A section found once and then replaced must not be found again in its stead.
+    const QString keyB = L1("B");
+    ASSERT_NE(doc[keyB], nullptr);
+    EXPECT_EQ(doc.removeSection(keyB), PL_SUCCESS);
+    EXPECT_EQ(doc[keyB], nullptr);
+    auto* newB = new CPLSection(keyB, L1("new"));
+    ASSERT_EQ(doc.addSection(newB), PL_SUCCESS);
+    EXPECT_EQ(doc[keyB], newB);
+
     EXPECT_EQ(doc.removeSection(L1("absent")), PL_SUCCESS);
     EXPECT_EQ(doc.removeSection(L1("b")), PL_SUCCESS);
     EXPECT_EQ(doc.getSectionKeys(), (QStringList { L1("A"), L1("C") }));

@@ -2,6 +2,7 @@
 
 #include "PLKeyHash_p.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -59,23 +60,30 @@ namespace PLKeyHash {
 
 bool equal(QStringView a, QStringView b)
 {
-    // Keys are usually asked for in the spelling they were stored in.
-    if (a.size() == b.size() && std::memcmp(a.data(), b.data(), size_t(a.size()) * 2) == 0)
-        return true;
     const auto* x = reinterpret_cast<const ushort*>(a.data());
     const auto* y = reinterpret_cast<const ushort*>(b.data());
-    const qsizetype common = qMin(a.size(), b.size());
-    bool same = a.size() == b.size();
-    ushort wide = 0; // any character above 0xff sets a bit above 0xff
-    for (qsizetype i = 0; i < common; ++i) {
-        wide |= x[i] | y[i];
-        same = same && LOWER_LATIN1[x[i] & 0xff] == LOWER_LATIN1[y[i] & 0xff];
+    if (a.size() == b.size()) {
+        qsizetype i = 0;
+        for (; i < a.size(); ++i) {
+            if (x[i] == y[i])
+                continue;
+            if ((x[i] | y[i]) > 0xff)
+                break; // lowering this character may change the length: the full rule decides
+            // What stands before lowers alike in both, so a difference here stays one.
+            if (LOWER_LATIN1[x[i]] != LOWER_LATIN1[y[i]])
+                return false;
+        }
+        if (i == a.size())
+            return true;
+    } else {
+        // Latin-1 lower case keeps the length: texts of different lengths can only be equal
+        // when one of them holds other characters.
+        const auto wide = [](QStringView text) {
+            return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xff; });
+        };
+        if (!wide(a) && !wide(b))
+            return false;
     }
-    const QStringView longer = a.size() > common ? a : b;
-    for (qsizetype i = common; i < longer.size(); ++i)
-        wide |= longer.at(i).unicode();
-    if (wide <= 0xff)
-        return same; // Latin-1 lower case keeps the length
     return a.toString().toLower() == b.toString().toLower();
 }
 

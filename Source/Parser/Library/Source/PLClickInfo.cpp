@@ -203,9 +203,9 @@ int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey
         const QString& loading = m_strTextBeingLoaded;
         const qsizetype offset = text.constData() - loading.constData();
         if (!loading.isEmpty() && offset >= 0 && offset + text.size() <= loading.size())
-            section->loadBody(loading, int(offset + lf + 1), int(offset + text.size()), m_iBodyLines);
+            section->loadBody(loading, int(offset + lf + 1), int(offset + text.size()), m_iBodyLines, false);
         else
-            section->loadBody(text, int(lf + 1), text.size(), 0);
+            section->loadBody(text, int(lf + 1), text.size(), 0, true);
     }
     return adoptSection(section);
 }
@@ -238,6 +238,7 @@ CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
         return nullptr;
     CPLSection* section = it.value();
     m_Sections.erase(it);
+    m_pLastSection = nullptr;
     // Sections are usually taken in order (clearData()), so the key is found at the front.
     const auto key = std::find_if(m_SectionKeys.begin(), m_SectionKeys.end(), [&](const QString& k) {
         return k.compare(sectionKey, Qt::CaseInsensitive) == 0;
@@ -534,7 +535,16 @@ bool CPLClickInfo::isSectionPresent(const QString& sectionKey) const
 
 CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
 {
-    return m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey));
+    // Reads come in runs from one section, and callers ask with the same string each time.
+    if (m_pLastSection && sectionKey.constData() == m_strLastSectionKey.constData()
+        && sectionKey.size() == m_strLastSectionKey.size())
+        return m_pLastSection;
+    CPLSection* section = m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey));
+    if (section) {
+        m_strLastSectionKey = sectionKey;
+        m_pLastSection = section;
+    }
+    return section;
 }
 
 CPLSection* CPLClickInfo::operator[](int position) const

@@ -212,6 +212,10 @@ protected:
     // of body lines of the block it hands to loadSectionData().
     QString m_strTextBeingLoaded;
     int m_iBodyLines = 0;
+    // The section that operator[] found last, and the string it was asked with: the same
+    // string (not merely the same text) finds it again without a lookup.
+    mutable QString m_strLastSectionKey;
+    mutable CPLSection* m_pLastSection = nullptr;
 
 private:
     // Notes the irregular lines of a section just loaded, whose header is at `headerLine`.

@@ -2,6 +2,7 @@
 
 #include "PLConstants.h"
 #include "PLKeyHash_p.h"
+#include "PLScanner_p.h"
 #include "PLStatus.h"
 #include "PLText_p.h"
 
@@ -323,22 +324,23 @@ void CPLSection::clearKeyValuePairs()
 
 void CPLSection::loadSectionData(const QString& text)
 {
-    loadBody(text, 0, text.size(), 0);
+    loadBody(text, 0, text.size(), 0, true);
 }
 
 void CPLSection::loadSectionData(QStringView text)
 {
     const QString copy = text.toString();
-    loadBody(copy, 0, copy.size(), 0);
+    loadBody(copy, 0, copy.size(), 0, true);
 }
 
-void CPLSection::loadBody(const QString& text, int from, int to, int expectedLines)
+void CPLSection::loadBody(const QString& text, int from, int to, int expectedLines, bool mayHoldNul)
 {
     using Span = PLText::Span<QChar>;
     const QStringView given = QStringView(text).mid(from, to - from);
     Span body = PLText::trimmed(Span { given.data(), given.data() + given.size() });
-    // The body is read as C text: it ends at its first NUL.
-    if (const QChar* nul = PLText::findFar(body.begin, body.end, '\0'))
+    // The body is read as C text: it ends at its first NUL (a document's text is cut there
+    // already).
+    if (const QChar* nul = mayHoldNul ? PLText::findFar(body.begin, body.end, '\0') : nullptr)
         body.end = nul;
 
     CPLSectionData& data = *d;
@@ -386,7 +388,7 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
             if (trimmedLine.begin != line.begin)
                 data.irregularLines.append({ linesTrimmed + lines + 1,
                                              QStringLiteral("the line begins with blanks, so its key is cut at a shifted place (\"%1\")").arg(keyText) });
-            if (keyText.startsWith(QStringView(PLConstants::SECTIONKEY_PREFIX).left(3)))
+            if (key.size() >= 3 && PLScan::startsWithPrefix(key.begin))
                 data.irregularLines.append({ linesTrimmed + lines + 1,
                                              QStringLiteral("the key \"%1\" begins with \"***\", so its line reads back as a section header").arg(keyText) });
             if (isCommentEntryKey(keyText))

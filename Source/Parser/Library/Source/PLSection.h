@@ -158,8 +158,9 @@ private:
     // Loads the body that stands from `from` to `to` in `text`, sharing `text` rather than
     // copying it when the section holds no text yet (a document passes the whole text it
     // loads, which all its sections then share). `expectedLines`, when known, is the number of
-    // lines of the body, so that room for its entries is made once.
-    void loadBody(const QString& text, int from, int to, int expectedLines);
+    // lines of the body, so that room for its entries is made once; `mayHoldNul` is false for
+    // text already cut at its first NUL.
+    void loadBody(const QString& text, int from, int to, int expectedLines, bool mayHoldNul);
     template<typename T>
     int getNumber(const QString& key, T* value) const;
 
