@@ -24,15 +24,14 @@ constexpr int SECTION_COUNT = int(sizeof(SECTION_KEYS) / sizeof(SECTION_KEYS[0])
 constexpr int KEYS_PER_SECTION = 30;
 
 const char* const KEYS[] = {
-    "Acquisition Date", "Acquisition Time", "Image Units",     "Read Bias Level",
-    "Field of View",    "f Number",         "Pixel Width",     "Pixel Height",
-    "Binning Factor",   "Cosmic",           "Data Multiplier", "Imaging Angle",
-    "Error Wave",       "Filter Position",  "Exposure Time",   "Emission filter",
-    "Excitation",       "Subject size",     "Stage Position",  "Demand Temp",
-    "Measured Temp",    "EM Gain",          "Lamp Level",      "Shutter",
-    "Overlay",          "Color Table",      "Brightness",      "Gamma",
-    "Alpha Blend",      "Rotation",         "Background",      "Flat Field",
-    "User",             "Group",            "Experiment",      "Comment1",
+    "Acquisition Date", "Acquisition Time", "Image Units",  "Read Bias Level", "Field of View",
+    "f Number",         "Pixel Width",      "Pixel Height", "Binning Factor",  "Cosmic",
+    "Data Multiplier",  "Imaging Angle",    "Error Wave",   "Filter Position", "Exposure Time",
+    "Emission filter",  "Excitation",       "Subject size", "Stage Position",  "Demand Temp",
+    "Measured Temp",    "EM Gain",          "Lamp Level",   "Shutter",         "Overlay",
+    "Color Table",      "Brightness",       "Gamma",        "Alpha Blend",     "Rotation",
+    "Background",       "Flat Field",       "User",         "Group",           "Experiment",
+    "Comment1",
 };
 constexpr int KEY_COUNT = int(sizeof(KEYS) / sizeof(KEYS[0]));
 static_assert(KEY_COUNT >= KEYS_PER_SECTION, "keys of one section must be distinct");
@@ -110,8 +109,9 @@ QByteArray clickInfoText(int copies)
         fail("the generated ClickInfo text does not load");
     const QByteArray written = document.getClickInfoData().toLatin1();
     if (written != raw)
-        std::fprintf(stderr, "note: the library writes the generated text differently "
-                             "(%d bytes generated, %d written); the written form is used\n",
+        std::fprintf(stderr,
+                     "note: the library writes the generated text differently "
+                     "(%d bytes generated, %d written); the written form is used\n",
                      raw.size(), written.size());
     return written;
 }

@@ -40,11 +40,11 @@ QString writeIniFile(const QString& name, const QByteArray& clickInfo);
 // The inputs most benchmarks share, made on first use.
 struct Inputs
 {
-    QByteArray typical;     // about 10 KB
-    QString typicalPath;    // typical, as "ClickInfo.txt"
+    QByteArray typical; // about 10 KB
+    QString typicalPath; // typical, as "ClickInfo.txt"
     QVector<EntryRef> typicalEntries;
     QString typicalIniPath; // typical as an INI file
-    QString lastKey;        // a key near the end of typical
+    QString lastKey; // a key near the end of typical
 };
 const Inputs& inputs();
 

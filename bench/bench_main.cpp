@@ -18,7 +18,7 @@ namespace {
 
 struct Figures
 {
-    double seconds = 0;       // real time per iteration
+    double seconds = 0; // real time per iteration
     double bytesPerSecond = 0;
 };
 
@@ -50,9 +50,8 @@ public:
     {
         ConsoleReporter::Finalize();
         for (auto& [name, runs] : m_runs) {
-            std::sort(runs.begin(), runs.end(), [](const Figures& a, const Figures& b) {
-                return a.seconds < b.seconds;
-            });
+            std::sort(runs.begin(), runs.end(),
+                      [](const Figures& a, const Figures& b) { return a.seconds < b.seconds; });
             m_figures[name] = runs[runs.size() / 2];
         }
         std::FILE* out = stdout;
@@ -79,8 +78,9 @@ public:
         const Figures* destroySmall = find("BM_DestroyClickInfo_1MB");
         const Figures* destroyLarge = find("BM_DestroyClickInfo_32MB");
         if (destroySmall && destroyLarge) {
-            std::fprintf(out, "  destroy 32 MB / 1 MB time: %.1f (for information: freeing memory "
-                              "that no longer fits in the caches)\n",
+            std::fprintf(out,
+                         "  destroy 32 MB / 1 MB time: %.1f (for information: freeing memory "
+                         "that no longer fits in the caches)\n",
                          destroyLarge->seconds / destroySmall->seconds);
         }
         const Figures* ours = find("BM_LoadAndReadAll_10KB");

@@ -112,8 +112,7 @@ std::string checkSections(const char* buffer, const std::string& content)
             break;
         }
         if (position <= before || position > length + 1)
-            return at("getNextSection() left the position outside (previous, length + 1]",
-                      before);
+            return at("getNextSection() left the position outside (previous, length + 1]", before);
         if (!isHeaderLine(section.get()))
             return at("a section does not begin with a header line", before);
         for (const char* lf = std::strchr(section.get(), '\n'); lf && lf[1];
@@ -202,8 +201,8 @@ std::string checkObtainValue(const uint8_t* data, size_t size)
 
     QString value = QStringLiteral("unchanged");
     const int status = CPLClickInfo::obtainValueFromClickInfoFile(buffer.c_str(), key, &value);
-    const bool holdsKey = QString::fromLatin1(buffer.c_str())
-                              .contains(key + QLatin1Char(':'), Qt::CaseInsensitive);
+    const bool holdsKey
+        = QString::fromLatin1(buffer.c_str()).contains(key + QLatin1Char(':'), Qt::CaseInsensitive);
     switch (status) {
     case PL_SUCCESS:
         if (value.contains(QLatin1Char('\n')))

@@ -184,8 +184,10 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     ASSERT_EQ(load(doc, text), PL_SUCCESS);
     const QStringList warnings = doc.getLoadWarnings();
     ASSERT_EQ(warnings.size(), 5) << warnings.join(L1("\n")).toStdString();
-    const char* expected[][2] = { { "line 3: ", "***Lead:" }, { "line 7: ", "sh:i" },
-                                  { "line 8: ", "CommentLine 9" }, { "line 9: ", "\"a\"" },
+    const char* expected[][2] = { { "line 3: ", "***Lead:" },
+                                  { "line 7: ", "sh:i" },
+                                  { "line 8: ", "CommentLine 9" },
+                                  { "line 9: ", "\"a\"" },
                                   { "line 11: ", "NUL" } };
     for (int i = 0; i < 5; ++i) {
         EXPECT_TRUE(warnings[i].startsWith(L1(expected[i][0]))) << warnings[i].toStdString();
@@ -208,7 +210,8 @@ TEST_F(ClickInfoTest, SectionsKeepTheirTextWhateverHappensToTheTextLoaded)
     CPLClickInfo doc;
     {
         QVector<QChar> buffer(source.begin(), source.end());
-        ASSERT_EQ(doc.loadTextBuffer(QString::fromRawData(buffer.constData(), buffer.size())), PL_SUCCESS);
+        ASSERT_EQ(doc.loadTextBuffer(QString::fromRawData(buffer.constData(), buffer.size())),
+                  PL_SUCCESS);
         buffer.fill(QLatin1Char('x'));
     }
     // Many changes to one section: its own text is compacted now and then.
@@ -365,33 +368,38 @@ TEST_F(ClickInfoTest, FindsOneValueWithoutLoading)
                             "*** photographic image:\n"
                             "Binning Factor:\t2\n";
     QString value = L1("stale");
-    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), L1("Binning Factor"), &value),
-              PL_SUCCESS);
+    EXPECT_EQ(
+        CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), L1("Binning Factor"), &value),
+        PL_SUCCESS);
     EXPECT_EQ(value, L1("8 # hw"));
     EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), L1("Missing"), &value),
               PL_KEY_NOT_FOUND);
     EXPECT_TRUE(value.isEmpty());
-    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(static_cast<const char*>(nullptr), L1("k"), &value),
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(static_cast<const char*>(nullptr), L1("k"),
+                                                         &value),
               PL_NULL_ARGUMENT);
     EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(text.constData(), QString(), &value),
               PL_NULL_ARGUMENT);
 
     // Lines are read in pieces of 200 characters; only the piece holding the key counts.
     const QByteArray pieceEndsAfterColon = QByteArray(195, 'x') + " Key:\tcut off at the piece\n";
-    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(pieceEndsAfterColon.constData(), L1("Key"), &value),
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(pieceEndsAfterColon.constData(), L1("Key"),
+                                                         &value),
               PL_SUCCESS);
     EXPECT_EQ(value, QString());
     const QByteArray colonInNextPiece = QByteArray(196, 'x') + " Key:\tvalue\n";
-    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(colonInNextPiece.constData(), L1("Key"), &value),
-              PL_KEY_NOT_FOUND);
+    EXPECT_EQ(
+        CPLClickInfo::obtainValueFromClickInfoFile(colonInNextPiece.constData(), L1("Key"), &value),
+        PL_KEY_NOT_FOUND);
     const QByteArray laterPiece = QByteArray(200, 'x') + "Key:\tsecond piece\n";
     EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(laterPiece.constData(), L1("Key"), &value),
               PL_SUCCESS);
     EXPECT_EQ(value, L1("second piece"));
 
     writeBytes(path("c.txt"), text);
-    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(path("c.txt"), L1("BINNING FACTOR"), &value),
-              PL_SUCCESS);
+    EXPECT_EQ(
+        CPLClickInfo::obtainValueFromClickInfoFile(path("c.txt"), L1("BINNING FACTOR"), &value),
+        PL_SUCCESS);
     EXPECT_EQ(value, L1("8 # hw"));
     EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(path("absent.txt"), L1("k"), &value),
               PL_FILE_OPEN_FAILED);
@@ -446,8 +454,9 @@ TEST_F(ClickInfoTest, UserSectionsAreAddedWithTheirDefaults)
     const CPLSection* userInput = doc[PLConstants::USERINPUT_SECTION_KEY];
     QStringList labels;
     userInput->getKeyList(&labels);
-    EXPECT_EQ(labels, QStringList(std::begin(PLConstants::strUserLabelSetKeys),
-                                  std::end(PLConstants::strUserLabelSetKeys)));
+    EXPECT_EQ(labels,
+              QStringList(std::begin(PLConstants::strUserLabelSetKeys),
+                          std::end(PLConstants::strUserLabelSetKeys)));
     QString name;
     userInput->getSectionName(&name);
     EXPECT_EQ(name, PLConstants::USERLABELSET_DEFAULT_SECTIONNAME);
@@ -476,8 +485,10 @@ TEST_F(ClickInfoTest, AnalysisFileAddsTheSectionsTheAcquisitionLacks)
     writeBytes(path(PLConstants::ANALYZED_CLICKINFO_FILENAME.toLatin1().constData()),
                "*** ClickNumber:\tC1\n*** User Input:\nUser:\tother\n*** ROIs:\nROI 1:\t5\n");
     ASSERT_EQ(doc.loadAnalyzedClickInfo(m_dir.path()), PL_SUCCESS);
-    EXPECT_EQ(doc.getSectionKeys(), (QStringList { L1("ClickNumber"), L1("User Input"), L1("ROIs") }));
-    EXPECT_EQ(doc.getValue(L1("User Input"), L1("User"), static_cast<QString*>(nullptr)), PL_NULL_ARGUMENT);
+    EXPECT_EQ(doc.getSectionKeys(),
+              (QStringList { L1("ClickNumber"), L1("User Input"), L1("ROIs") }));
+    EXPECT_EQ(doc.getValue(L1("User Input"), L1("User"), static_cast<QString*>(nullptr)),
+              PL_NULL_ARGUMENT);
     EXPECT_EQ((*doc[L1("User Input")])[L1("User")], L1("kl"));
 
     writeBytes(path("other.txt"), "*** ClickNumber:\tC2\n*** Tags:\nt:\t1\n");

@@ -47,9 +47,8 @@ TEST_P(FuzzRegression, SavedInputsPassTheTargetChecks)
         QFile file(folder.filePath(name));
         ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
         const QByteArray bytes = file.readAll();
-        const std::string failure =
-            GetParam().check(reinterpret_cast<const uint8_t*>(bytes.constData()),
-                             static_cast<size_t>(bytes.size()));
+        const std::string failure = GetParam().check(
+            reinterpret_cast<const uint8_t*>(bytes.constData()), static_cast<size_t>(bytes.size()));
         EXPECT_EQ(failure, std::string()) << "input " << file.fileName().toStdString();
     }
 }
@@ -57,8 +56,7 @@ TEST_P(FuzzRegression, SavedInputsPassTheTargetChecks)
 INSTANTIATE_TEST_SUITE_P(Targets, FuzzRegression,
                          testing::Values(Target { "fuzz_scanner", OvFuzz::checkScanner },
                                          Target { "fuzz_clickinfo", OvFuzz::checkClickInfo },
-                                         Target { "fuzz_obtain_value",
-                                                  OvFuzz::checkObtainValue }),
+                                         Target { "fuzz_obtain_value", OvFuzz::checkObtainValue }),
                          [](const testing::TestParamInfo<Target>& info) {
                              return std::string(info.param.name);
                          });

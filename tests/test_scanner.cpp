@@ -87,8 +87,9 @@ TEST(GetNextSection, HeaderIsAFirstTokenBeginningWithThreeAsterisks)
     while (char* block = getNextSection(buffer.get(), &position))
         sections.push_back(take(block));
     // "** E:", the CR LF line and "*x F:" are body lines of section D.
-    EXPECT_EQ(sections, (std::vector<std::string> { "*** A:\n", "  *** B:\n", "\t***C:\n",
-                                                    "****D:\n** E:\n\r\n*x F:\n" }));
+    EXPECT_EQ(sections,
+              (std::vector<std::string> { "*** A:\n", "  *** B:\n", "\t***C:\n",
+                                          "****D:\n** E:\n\r\n*x F:\n" }));
 }
 
 TEST(GetNextSection, NullBufferPositionsPastTheEndAndNegativePositionsReadNothing)
@@ -117,9 +118,10 @@ TEST(GetNextSection, InterleavedWalksOnTwoBuffersMatchSeparateWalks)
         seen.push_back(take(getNextSection(first.get(), &p1)));
         seen.push_back(take(getNextSection(second.get(), &p2)));
     }
-    EXPECT_EQ(seen, (std::vector<std::string> { "*** A:\ta\r\nk:\tv\r\n", "*** X:\n1:\t2\n",
-                                                "*** B:\tb\r\nm:\tw\r\n", "*** Y:\n", "<null>",
-                                                "*** Z:\nlast", "<null>", "<null>" }));
+    EXPECT_EQ(seen,
+              (std::vector<std::string> { "*** A:\ta\r\nk:\tv\r\n", "*** X:\n1:\t2\n",
+                                          "*** B:\tb\r\nm:\tw\r\n", "*** Y:\n", "<null>",
+                                          "*** Z:\nlast", "<null>", "<null>" }));
 }
 
 TEST(ReadLine, ReturnsLinesWithTheirLineEnds)

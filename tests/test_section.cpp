@@ -117,14 +117,16 @@ TEST(SectionText, SavedBytesOfHeaderBodyAndEnd)
     CPLSection userInput(L1("User Input"), L1("(User Profile)"));
     userInput.addKeyValue(L1("User"), L1("kl"));
     EXPECT_EQ(saved(userInput), L1("*** User Input:\t(User Profile)\r\nUser:\tkl\n\n"));
-    EXPECT_EQ(saved(CPLSection(L1("Graph Controls"), QString())), L1("*** Graph Controls:\t\r\n\n"));
+    EXPECT_EQ(saved(CPLSection(L1("Graph Controls"), QString())),
+              L1("*** Graph Controls:\t\r\n\n"));
 }
 
 TEST(SectionText, BodyIsTrimmedAndReadUpToItsFirstNul)
 {
     // Outer blank lines go; inner ones stay as empty comment entries. NBSP (0xA0) and NEL
     // (0x85) are white space, as QString::trimmed() sees them.
-    CPLSection section = loaded("\n\n  A:\t\xA0" "1\x85\n\nB:\t2\n\n\n");
+    CPLSection section = loaded("\n\n  A:\t\xA0"
+                                "1\x85\n\nB:\t2\n\n\n");
     EXPECT_EQ(section[L1("A")], L1("1"));
     EXPECT_EQ(saved(section), L1("*** S:\t\r\nA:\t1\n\nB:\t2\n\n"));
 
@@ -138,9 +140,14 @@ TEST(SectionText, BodyIsTrimmedAndReadUpToItsFirstNul)
 
 TEST(SectionText, Latin1BytesSurviveLoadAndSave)
 {
-    CPLSection section = loaded("Temp\xE9rature:\t37 \xB0" "C\n");
-    EXPECT_EQ(section[QString::fromUtf8("Temp\xC3\xA9rature")], QString::fromUtf8("37 \xC2\xB0" "C"));
-    EXPECT_EQ(saved(section).toLatin1(), QByteArray("*** S:\t\r\nTemp\xE9rature:\t37 \xB0" "C\n\n"));
+    CPLSection section = loaded("Temp\xE9rature:\t37 \xB0"
+                                "C\n");
+    EXPECT_EQ(section[QString::fromUtf8("Temp\xC3\xA9rature")],
+              QString::fromUtf8("37 \xC2\xB0"
+                                "C"));
+    EXPECT_EQ(saved(section).toLatin1(),
+              QByteArray("*** S:\t\r\nTemp\xE9rature:\t37 \xB0"
+                         "C\n\n"));
 }
 
 TEST(SectionText, LineWithLeadingBlanksIsCutAtTheShiftedColonOffset)
@@ -212,8 +219,9 @@ TEST(SectionTyped, ConversionsAndFormats)
     section.setValue(L1("D"), 1e20);
     QStringList raw;
     section.getRawValueList(&raw);
-    EXPECT_EQ(raw.mid(0, 5), (QStringList { L1("-7\t# c"), L1("9000000000"), L1("-3"), L1("2.500000"),
-                                            L1("100000000000000000000.000000") }));
+    EXPECT_EQ(raw.mid(0, 5),
+              (QStringList { L1("-7\t# c"), L1("9000000000"), L1("-3"), L1("2.500000"),
+                             L1("100000000000000000000.000000") }));
 }
 
 TEST(SectionAccess, HeaderFieldsAndNullResults)
@@ -253,11 +261,13 @@ TEST(SectionAccess, PositionsCountKeyValueEntriesThenAllEntries)
 
 TEST(SectionAccess, KeysByPrefixAndSubkey)
 {
-    CPLSection section = loaded("Lens fstop 1 steps:\t10\nLens fstop 2 steps:\t20\nLens fstop max:\t8\n"
-                                "Filter:\t1\n");
+    CPLSection section
+        = loaded("Lens fstop 1 steps:\t10\nLens fstop 2 steps:\t20\nLens fstop max:\t8\n"
+                 "Filter:\t1\n");
     QStringList keys { L1("kept") };
     EXPECT_EQ(section.getKeylistFromKeyAndSubkey(L1("lens FSTOP"), L1("STEPS"), &keys), PL_SUCCESS);
-    EXPECT_EQ(keys, (QStringList { L1("kept"), L1("Lens fstop 1 steps"), L1("Lens fstop 2 steps") }));
+    EXPECT_EQ(keys,
+              (QStringList { L1("kept"), L1("Lens fstop 1 steps"), L1("Lens fstop 2 steps") }));
     keys.clear();
     section.getKeylistFromKeyAndSubkey(L1("Lens"), QString(), &keys);
     EXPECT_EQ(keys.size(), 3);

@@ -7,7 +7,8 @@ int main()
 {
     CPLClickInfo info;
     QString value;
-    if (info.loadTextBuffer(QStringLiteral("*** ClickNumber:\tKL1\r\nBinning Factor:\t8\t# by hand\n\n"))
+    if (info.loadTextBuffer(
+            QStringLiteral("*** ClickNumber:\tKL1\r\nBinning Factor:\t8\t# by hand\n\n"))
             != PL_SUCCESS
         || info.getValue(QStringLiteral("ClickNumber"), QStringLiteral("Binning Factor"), &value)
             != PL_SUCCESS)

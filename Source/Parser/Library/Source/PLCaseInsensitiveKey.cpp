@@ -79,7 +79,8 @@ bool equal(QStringView a, QStringView b)
         // Latin-1 lower case keeps the length: texts of different lengths can only be equal
         // when one of them holds other characters.
         const auto wide = [](QStringView text) {
-            return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xff; });
+            return std::any_of(text.begin(), text.end(),
+                               [](QChar c) { return c.unicode() > 0xff; });
         };
         if (!wide(a) && !wide(b))
             return false;

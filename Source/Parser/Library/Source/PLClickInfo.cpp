@@ -7,10 +7,10 @@
 #include "PLStatus.h"
 
 #include <QDir>
-#include <QScopeGuard>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QScopeGuard>
 #include <QTextStream>
 
 #include <algorithm>
@@ -81,16 +81,14 @@ QStringView lineAt(const QChar* data, qint64 length, qint64 begin)
 }
 
 // The length of a text read as C text: up to its first NUL.
-template<typename Char>
-qint64 textLength(const Char* data, qint64 size)
+template<typename Char> qint64 textLength(const Char* data, qint64 size)
 {
     const Char* nul = PLText::findFar(data, data + size, '\0');
     return nul ? nul - data : size;
 }
 
 // Tells the 1-based line of offsets that only grow, counting each line feed once.
-template<typename Char>
-class LineCounter
+template<typename Char> class LineCounter
 {
 public:
     explicit LineCounter(const Char* data)
@@ -155,8 +153,7 @@ constexpr qint64 MAP_FROM_SIZE = 256 * 1024;
 
 // Hands the bytes of a file to `use`: mapped into memory when the file is large and allows
 // it, else read whole.
-template<typename Use>
-int withFileBytes(const QString& filePath, Use use)
+template<typename Use> int withFileBytes(const QString& filePath, Use use)
 {
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly))
@@ -203,7 +200,8 @@ int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey
         const QString& loading = m_strTextBeingLoaded;
         const qsizetype offset = text.constData() - loading.constData();
         if (!loading.isEmpty() && offset >= 0 && offset + text.size() <= loading.size())
-            section->loadBody(loading, int(offset + lf + 1), int(offset + text.size()), m_iBodyLines, false);
+            section->loadBody(loading, int(offset + lf + 1), int(offset + text.size()),
+                              m_iBodyLines, false);
         else
             section->loadBody(text, int(lf + 1), text.size(), 0, true);
     }
@@ -240,9 +238,10 @@ CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
     m_Sections.erase(it);
     m_pLastSection = nullptr;
     // Sections are usually taken in order (clearData()), so the key is found at the front.
-    const auto key = std::find_if(m_SectionKeys.begin(), m_SectionKeys.end(), [&](const QString& k) {
-        return k.compare(sectionKey, Qt::CaseInsensitive) == 0;
-    });
+    const auto key
+        = std::find_if(m_SectionKeys.begin(), m_SectionKeys.end(), [&](const QString& k) {
+              return k.compare(sectionKey, Qt::CaseInsensitive) == 0;
+          });
     if (key != m_SectionKeys.end())
         m_SectionKeys.erase(key);
     --m_iSectionCount;
@@ -289,12 +288,17 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
         QString key;
         int status = parseHeaderKey(header, &key);
         if (status == PL_SUCCESS) {
-            const QString block = QString::fromRawData(data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
+            const QString block = QString::fromRawData(
+                data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
             m_iBodyLines = range.lines - 1;
             if (PLKeyHash::equal(key, PLConstants::CLICKNUMBER_KEY))
                 status = loadClickNumber(block);
             if (status == PL_SUCCESS && isSectionPresent(key)) {
-                addLoadWarning(headerLine(), QStringLiteral("section \"%1\" repeats the key of a section before it and is left out").arg(key));
+                addLoadWarning(
+                    headerLine(),
+                    QStringLiteral(
+                        "section \"%1\" repeats the key of a section before it and is left out")
+                        .arg(key));
             } else if (status == PL_SUCCESS) {
                 status = loadSectionData(block, key);
                 const CPLSection* section = status == PL_SUCCESS ? (*this)[key] : nullptr;
@@ -361,15 +365,22 @@ int CPLClickInfo::loadNormalisedText(const QString& text, int linesBefore)
     const qint64 length = textLength(data, text.size());
     m_LeadingLines.clear();
     QList<QPair<int, QString>> leadingWarnings;
-    for (qint64 position = 0; position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
+    for (qint64 position = 0;
+         position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
         m_LeadingLines.append(lineAt(data, length, position).trimmed().toString());
         if (PLScan::isHeaderLine(data, position))
-            leadingWarnings.append({ m_LeadingLines.size(), QStringLiteral("the section header \"%1\" has no blank after \"***\", so it is also kept as a line before the first section and written twice").arg(m_LeadingLines.last()) });
+            leadingWarnings.append(
+                { m_LeadingLines.size(),
+                  QStringLiteral("the section header \"%1\" has no blank after \"***\", so it is "
+                                 "also kept as a line before the first section and written twice")
+                      .arg(m_LeadingLines.last()) });
         position = PLScan::lineEnd(data, length, position);
     }
     const int status = loadTextBuffer(text);
     if (length < text.size())
-        m_LoadWarnings.append({ LineCounter<QChar>(data).lineAt(length), QStringLiteral("a NUL byte ends the text; what follows it is not read") });
+        m_LoadWarnings.append(
+            { LineCounter<QChar>(data).lineAt(length),
+              QStringLiteral("a NUL byte ends the text; what follows it is not read") });
     m_LoadWarnings = leadingWarnings + m_LoadWarnings;
     for (auto& warning : m_LoadWarnings)
         warning.first += linesBefore;
@@ -434,7 +445,9 @@ int CPLClickInfo::loadClickInfoDcm(const char* buffer, int length)
     // The metadata follows the last NUL of the image data and begins at its first "*** ",
     // which may be glued to the last image bytes, since the metadata is appended as it is.
     const char* end = buffer + length;
-    const char* tail = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(buffer), '\0').base();
+    const char* tail
+        = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(buffer), '\0')
+              .base();
     const QByteArray prefix = PLConstants::SECTIONKEY_PREFIX.toLatin1();
     const char* start = std::search(tail, end, prefix.cbegin(), prefix.cend());
     if (start == end)
@@ -479,7 +492,7 @@ int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
     const QByteArray bytes = getClickInfoData().toLatin1();
     return filePath.endsWith(QLatin1String(".dcm")) ? appendToFile(filePath, bytes)
-                                                     : replaceFile(filePath, bytes);
+                                                    : replaceFile(filePath, bytes);
 }
 
 int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)
@@ -666,15 +679,51 @@ int CPLClickInfo::setTyped(const QString& sectionKey, const QString& key, const 
     return section ? section->setValue(key, value) : PL_SECTION_NOT_PRESENT;
 }
 
-int CPLClickInfo::getValue(const QString& s, const QString& k, QString* v) const { return getTyped(s, k, v); }
-int CPLClickInfo::getValue(const QString& s, const QString& k, int* v) const { return getTyped(s, k, v); }
-int CPLClickInfo::getValue(const QString& s, const QString& k, long* v) const { return getTyped(s, k, v); }
-int CPLClickInfo::getValue(const QString& s, const QString& k, short* v) const { return getTyped(s, k, v); }
-int CPLClickInfo::getValue(const QString& s, const QString& k, float* v) const { return getTyped(s, k, v); }
-int CPLClickInfo::getValue(const QString& s, const QString& k, double* v) const { return getTyped(s, k, v); }
-int CPLClickInfo::setValue(const QString& s, const QString& k, const QString& v) { return setTyped(s, k, v); }
-int CPLClickInfo::setValue(const QString& s, const QString& k, int v) { return setTyped(s, k, v); }
-int CPLClickInfo::setValue(const QString& s, const QString& k, long v) { return setTyped(s, k, v); }
-int CPLClickInfo::setValue(const QString& s, const QString& k, short v) { return setTyped(s, k, v); }
-int CPLClickInfo::setValue(const QString& s, const QString& k, float v) { return setTyped(s, k, v); }
-int CPLClickInfo::setValue(const QString& s, const QString& k, double v) { return setTyped(s, k, v); }
+int CPLClickInfo::getValue(const QString& s, const QString& k, QString* v) const
+{
+    return getTyped(s, k, v);
+}
+int CPLClickInfo::getValue(const QString& s, const QString& k, int* v) const
+{
+    return getTyped(s, k, v);
+}
+int CPLClickInfo::getValue(const QString& s, const QString& k, long* v) const
+{
+    return getTyped(s, k, v);
+}
+int CPLClickInfo::getValue(const QString& s, const QString& k, short* v) const
+{
+    return getTyped(s, k, v);
+}
+int CPLClickInfo::getValue(const QString& s, const QString& k, float* v) const
+{
+    return getTyped(s, k, v);
+}
+int CPLClickInfo::getValue(const QString& s, const QString& k, double* v) const
+{
+    return getTyped(s, k, v);
+}
+int CPLClickInfo::setValue(const QString& s, const QString& k, const QString& v)
+{
+    return setTyped(s, k, v);
+}
+int CPLClickInfo::setValue(const QString& s, const QString& k, int v)
+{
+    return setTyped(s, k, v);
+}
+int CPLClickInfo::setValue(const QString& s, const QString& k, long v)
+{
+    return setTyped(s, k, v);
+}
+int CPLClickInfo::setValue(const QString& s, const QString& k, short v)
+{
+    return setTyped(s, k, v);
+}
+int CPLClickInfo::setValue(const QString& s, const QString& k, float v)
+{
+    return setTyped(s, k, v);
+}
+int CPLClickInfo::setValue(const QString& s, const QString& k, double v)
+{
+    return setTyped(s, k, v);
+}

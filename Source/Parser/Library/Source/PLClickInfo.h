@@ -164,8 +164,7 @@ public:
     // anywhere in the line, in any section), skipping empty lines and lines that begin with
     // "#". The value is the trimmed text after the colon. The result is emptied first.
     // Returns 16 for a null buffer or pointer or an empty key, 24 when no line holds the key.
-    static int obtainValueFromClickInfoFile(const char* buffer, const QString& key,
-                                            QString* value);
+    static int obtainValueFromClickInfoFile(const char* buffer, const QString& key, QString* value);
     // The same on a file, read whole. Returns 11 when it cannot be read.
     static int obtainValueFromClickInfoFile(const QString& filePath, const QString& key,
                                             QString* value);

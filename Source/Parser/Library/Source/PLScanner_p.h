@@ -17,15 +17,13 @@ namespace PLScan {
 // The end (exclusive) of the line that starts at `begin` (< length): just past its line
 // feed, or length + 1 when it has none, so that the line then includes the terminating 0,
 // as readLine() copies it.
-template<typename Char>
-qint64 lineEnd(const Char* buffer, qint64 length, qint64 begin)
+template<typename Char> qint64 lineEnd(const Char* buffer, qint64 length, qint64 begin)
 {
     const Char* lf = PLText::findFar(buffer + begin, buffer + length, '\n');
     return lf ? (lf - buffer) + 1 : length + 1;
 }
 
-template<typename Char>
-const Char* firstToken(const Char* buffer, qint64 begin)
+template<typename Char> const Char* firstToken(const Char* buffer, qint64 begin)
 {
     const Char* c = buffer + begin;
     while (PLText::unit(*c) == ' ' || PLText::unit(*c) == '\t')
@@ -34,8 +32,7 @@ const Char* firstToken(const Char* buffer, qint64 begin)
 }
 
 // Stops at the first character that is not an asterisk, so never reads past the end.
-template<typename Char>
-bool startsWithPrefix(const Char* text)
+template<typename Char> bool startsWithPrefix(const Char* text)
 {
     return PLText::unit(text[0]) == '*' && PLText::unit(text[1]) == '*'
         && PLText::unit(text[2]) == '*';
@@ -43,8 +40,7 @@ bool startsWithPrefix(const Char* text)
 
 // Whether the line at `begin` is a section header: its first token, after blanks and tabs,
 // begins with "***".
-template<typename Char>
-bool isHeaderLine(const Char* buffer, qint64 begin)
+template<typename Char> bool isHeaderLine(const Char* buffer, qint64 begin)
 {
     return startsWithPrefix(firstToken(buffer, begin));
 }
@@ -52,8 +48,7 @@ bool isHeaderLine(const Char* buffer, qint64 begin)
 // Whether the first token of the line at `begin` is exactly "***": the token ends at a
 // blank, a tab or the end; a line feed belongs to the token. The ClickInfo loader stops
 // collecting leading lines at such a line.
-template<typename Char>
-bool firstTokenIsPrefixOnly(const Char* buffer, qint64 begin)
+template<typename Char> bool firstTokenIsPrefixOnly(const Char* buffer, qint64 begin)
 {
     const Char* token = firstToken(buffer, begin);
     if (!startsWithPrefix(token))

@@ -27,23 +27,38 @@ QStringView withoutInlineComment(QStringView text)
 
 // Conversions of the typed getters: Qt's own decimal parsing, which gives 0 for text that is
 // not a number of the type.
-template<typename T>
-T numberFromText(const QString& text);
-template<>
-int numberFromText<int>(const QString& text) { return text.toInt(); }
-template<>
-long numberFromText<long>(const QString& text) { return text.toLong(); }
-template<>
-short numberFromText<short>(const QString& text) { return text.toShort(); }
-template<>
-float numberFromText<float>(const QString& text) { return text.toFloat(); }
-template<>
-double numberFromText<double>(const QString& text) { return text.toDouble(); }
+template<typename T> T numberFromText(const QString& text);
+template<> int numberFromText<int>(const QString& text)
+{
+    return text.toInt();
+}
+template<> long numberFromText<long>(const QString& text)
+{
+    return text.toLong();
+}
+template<> short numberFromText<short>(const QString& text)
+{
+    return text.toShort();
+}
+template<> float numberFromText<float>(const QString& text)
+{
+    return text.toFloat();
+}
+template<> double numberFromText<double>(const QString& text)
+{
+    return text.toDouble();
+}
 
 // Formats of the typed setters: decimal integers, and "%f" (six decimals) for both floating
 // point types, a float being widened to double first.
-QString textFromNumber(long value) { return QString::number(value); }
-QString textFromNumber(double value) { return QString::asprintf("%f", value); }
+QString textFromNumber(long value)
+{
+    return QString::number(value);
+}
+QString textFromNumber(double value)
+{
+    return QString::asprintf("%f", value);
+}
 
 ushort asciiLower(ushort c)
 {
@@ -129,8 +144,7 @@ public:
     void reserve(int moreEntries);
 
     // A text of each key/value entry, in order: `text` maps an index of `entries` to it.
-    template<typename Text>
-    QStringList keyValueTexts(Text text) const
+    template<typename Text> QStringList keyValueTexts(Text text) const
     {
         QStringList result;
         result.reserve(keyValueCount());
@@ -152,9 +166,9 @@ public:
     QString added;
     QVector<Slot> slots;
     QVector<Entry> entries; // every entry, comment entries included, in order of addition
-    int lineCount = 0;      // how many entries saveSectionData() writes
+    int lineCount = 0; // how many entries saveSectionData() writes
     QList<QPair<int, QString>> irregularLines; // of the last load
-    int unused = 0;         // characters of the added text that no range refers to any more
+    int unused = 0; // characters of the added text that no range refers to any more
 
 private:
     // Sections up to this many slots find them without an index.
@@ -348,7 +362,8 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
     if (expectedLines > 0)
         data.reserve(expectedLines);
     // Line numbers count from the text given, before its leading blank lines were trimmed.
-    const int linesTrimmed = int(std::count(given.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
+    const int linesTrimmed = int(
+        std::count(given.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
     // The entries refer to the body where it stands. A section that has loaded no text yet
     // shares the text given (Qt's implicit sharing) instead of copying it; a second load
     // copies its body into the added text.
@@ -369,10 +384,12 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
     for (const QChar* lineBegin = body.begin; lineBegin < body.end; ++lines) {
         // A line holds a key when a colon comes before any "#" and before its end.
         const QChar* c = lineBegin;
-        while (c != body.end && *c != QLatin1Char(':') && *c != QLatin1Char('#') && *c != QLatin1Char('\n'))
+        while (c != body.end && *c != QLatin1Char(':') && *c != QLatin1Char('#')
+               && *c != QLatin1Char('\n'))
             ++c;
         const QChar* colon = c != body.end && *c == QLatin1Char(':') ? c : nullptr;
-        const QChar* lf = c != body.end && *c == QLatin1Char('\n') ? c : PLText::findFar(c, body.end, '\n');
+        const QChar* lf
+            = c != body.end && *c == QLatin1Char('\n') ? c : PLText::findFar(c, body.end, '\n');
         const Span line { lineBegin, lf ? lf + 1 : body.end };
         lineBegin = line.end;
 
@@ -383,21 +400,32 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
             const qsizetype size = trimmedLine.size();
             const QChar* start = trimmedLine.begin;
             const Span key = PLText::trimmed(Span { start, start + qMin(cut, size) });
-            const Span value = PLText::trimmed(Span { start + qMin(cut + 1, size), trimmedLine.end });
+            const Span value
+                = PLText::trimmed(Span { start + qMin(cut + 1, size), trimmedLine.end });
             const QStringView keyText(key.begin, key.end);
             if (trimmedLine.begin != line.begin)
-                data.irregularLines.append({ linesTrimmed + lines + 1,
-                                             QStringLiteral("the line begins with blanks, so its key is cut at a shifted place (\"%1\")").arg(keyText) });
+                data.irregularLines.append(
+                    { linesTrimmed + lines + 1,
+                      QStringLiteral("the line begins with blanks, so its key is cut at a shifted "
+                                     "place (\"%1\")")
+                          .arg(keyText) });
             if (key.size() >= 3 && PLScan::startsWithPrefix(key.begin))
-                data.irregularLines.append({ linesTrimmed + lines + 1,
-                                             QStringLiteral("the key \"%1\" begins with \"***\", so its line reads back as a section header").arg(keyText) });
+                data.irregularLines.append(
+                    { linesTrimmed + lines + 1,
+                      QStringLiteral("the key \"%1\" begins with \"***\", so its line reads back "
+                                     "as a section header")
+                          .arg(keyText) });
             if (isCommentEntryKey(keyText))
-                data.irregularLines.append({ linesTrimmed + lines + 1,
-                                             QStringLiteral("the key \"%1\" contains \"%2\", which marks comment lines; it is written back as its value alone").arg(keyText, PLConstants::COMMENTLINE_KEY) });
+                data.irregularLines.append(
+                    { linesTrimmed + lines + 1,
+                      QStringLiteral("the key \"%1\" contains \"%2\", which marks comment lines; "
+                                     "it is written back as its value alone")
+                          .arg(keyText, PLConstants::COMMENTLINE_KEY) });
             data.appendEntry(keyText, refTo(key), refTo(value), true);
         } else {
             // A comment entry holds the line's text, made to start with "#".
-            const QString commentKey = PLConstants::COMMENTLINE_KEY + QString::number(commentNumber++);
+            const QString commentKey
+                = PLConstants::COMMENTLINE_KEY + QString::number(commentNumber++);
             const QStringView comment(trimmedLine.begin, trimmedLine.end);
             const TextRef commentRef = comment.isEmpty() || comment.startsWith(QLatin1Char('#'))
                 ? refTo(trimmedLine)
@@ -566,7 +594,8 @@ int CPLSection::getValueList(QStringList* values) const
 {
     if (!values)
         return PL_NULL_ARGUMENT;
-    *values = d->keyValueTexts([this](int entry) { return withoutInlineComment(d->valueOf(entry)); });
+    *values
+        = d->keyValueTexts([this](int entry) { return withoutInlineComment(d->valueOf(entry)); });
     return PL_SUCCESS;
 }
 
@@ -600,8 +629,7 @@ int CPLSection::getMVIAngle(double* angle) const
     return getValue(key, angle);
 }
 
-template<typename T>
-int CPLSection::getNumber(const QString& key, T* value) const
+template<typename T> int CPLSection::getNumber(const QString& key, T* value) const
 {
     if (!value)
         return PL_NULL_ARGUMENT;
@@ -612,17 +640,47 @@ int CPLSection::getNumber(const QString& key, T* value) const
     return status;
 }
 
-int CPLSection::getValue(const QString& key, int* value) const { return getNumber(key, value); }
-int CPLSection::getValue(const QString& key, long* value) const { return getNumber(key, value); }
-int CPLSection::getValue(const QString& key, short* value) const { return getNumber(key, value); }
-int CPLSection::getValue(const QString& key, float* value) const { return getNumber(key, value); }
-int CPLSection::getValue(const QString& key, double* value) const { return getNumber(key, value); }
+int CPLSection::getValue(const QString& key, int* value) const
+{
+    return getNumber(key, value);
+}
+int CPLSection::getValue(const QString& key, long* value) const
+{
+    return getNumber(key, value);
+}
+int CPLSection::getValue(const QString& key, short* value) const
+{
+    return getNumber(key, value);
+}
+int CPLSection::getValue(const QString& key, float* value) const
+{
+    return getNumber(key, value);
+}
+int CPLSection::getValue(const QString& key, double* value) const
+{
+    return getNumber(key, value);
+}
 
-int CPLSection::setValue(const QString& key, int value) { return setValue(key, textFromNumber(long(value))); }
-int CPLSection::setValue(const QString& key, long value) { return setValue(key, textFromNumber(value)); }
-int CPLSection::setValue(const QString& key, short value) { return setValue(key, textFromNumber(long(value))); }
-int CPLSection::setValue(const QString& key, float value) { return setValue(key, textFromNumber(double(value))); }
-int CPLSection::setValue(const QString& key, double value) { return setValue(key, textFromNumber(value)); }
+int CPLSection::setValue(const QString& key, int value)
+{
+    return setValue(key, textFromNumber(long(value)));
+}
+int CPLSection::setValue(const QString& key, long value)
+{
+    return setValue(key, textFromNumber(value));
+}
+int CPLSection::setValue(const QString& key, short value)
+{
+    return setValue(key, textFromNumber(long(value)));
+}
+int CPLSection::setValue(const QString& key, float value)
+{
+    return setValue(key, textFromNumber(double(value)));
+}
+int CPLSection::setValue(const QString& key, double value)
+{
+    return setValue(key, textFromNumber(value));
+}
 
 QStringList CPLSection::getEntryKeys() const
 {

@@ -20,8 +20,8 @@
 // hold the line's text, made to start with "#" (an empty line holds an empty text).
 //
 // Keys are case-insensitive: a key matches an entry when their lower-case forms are equal,
-// and the entry keeps the spelling in which it was first added, for output. A value may carry an inline
-// comment after a "#": the plain getters (getValue(), the typed getters, operator[],
+// and the entry keeps the spelling in which it was first added, for output. A value may carry an
+// inline comment after a "#": the plain getters (getValue(), the typed getters, operator[],
 // getValueList()) drop it and trim what is left, the raw getters keep it; the section name
 // follows the same rule in getSectionName().
 //
@@ -161,8 +161,7 @@ private:
     // lines of the body, so that room for its entries is made once; `mayHoldNul` is false for
     // text already cut at its first NUL.
     void loadBody(const QString& text, int from, int to, int expectedLines, bool mayHoldNul);
-    template<typename T>
-    int getNumber(const QString& key, T* value) const;
+    template<typename T> int getNumber(const QString& key, T* value) const;
 
     QSharedDataPointer<CPLSectionData> d;
 };

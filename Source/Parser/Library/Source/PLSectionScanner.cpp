@@ -5,8 +5,6 @@
 #include "PLScanner_p.h"
 #include "PLSection.h"
 
-#include <QLoggingCategory>
-
 #include <cstdlib>
 #include <cstring>
 

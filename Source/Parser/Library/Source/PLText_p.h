@@ -39,8 +39,7 @@ inline ushort unit(QChar c)
 }
 
 // A half-open range [begin, end) of characters.
-template<typename Char>
-struct Span
+template<typename Char> struct Span
 {
     const Char* begin;
     const Char* end;
@@ -48,8 +47,7 @@ struct Span
     qsizetype size() const { return end - begin; }
 };
 
-template<typename Char>
-Span<Char> trimmed(Span<Char> s)
+template<typename Char> Span<Char> trimmed(Span<Char> s)
 {
     while (s.begin != s.end && isSpace(*s.begin))
         ++s.begin;
