@@ -197,6 +197,11 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     CPLClickInfo clean;
     ASSERT_EQ(load(clean, kEditedSaved, "clean.txt"), PL_SUCCESS);
     EXPECT_TRUE(clean.getLoadWarnings().isEmpty());
+    // Text handed in directly is read up to its first NUL too, and says so.
+    CPLClickInfo direct;
+    ASSERT_EQ(direct.loadTextBuffer(QString::fromLatin1("*** A:\nk:\tv\n\0rest", 17)), PL_SUCCESS);
+    EXPECT_EQ(direct.getLoadWarnings(),
+              QStringList { L1("line 3: a NUL byte ends the text; what follows it is not read") });
     // A new load starts a new list.
     ASSERT_EQ(load(doc, kEditedSaved, "again.txt"), PL_SUCCESS);
     EXPECT_TRUE(doc.getLoadWarnings().isEmpty());

@@ -313,6 +313,9 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
             return status;
         }
     }
+    if (length < m_strTextBeingLoaded.size())
+        addLoadWarning(lines.lineAt(length),
+                       QStringLiteral("a NUL byte ends the text; what follows it is not read"));
     return PL_SUCCESS;
 }
 
@@ -377,10 +380,6 @@ int CPLClickInfo::loadNormalisedText(const QString& text, int linesBefore)
         position = PLScan::lineEnd(data, length, position);
     }
     const int status = loadTextBuffer(text);
-    if (length < text.size())
-        m_LoadWarnings.append(
-            { LineCounter<QChar>(data).lineAt(length),
-              QStringLiteral("a NUL byte ends the text; what follows it is not read") });
     m_LoadWarnings = leadingWarnings + m_LoadWarnings;
     for (auto& warning : m_LoadWarnings)
         warning.first += linesBefore;
