@@ -14,7 +14,7 @@ ASAN_DIR    ?= build-asan
 FUZZ_SECONDS ?= 30
 BUILD_TYPE  ?= RelWithDebInfo
 SAMPLE      := samples/KL20261104142207_001/ClickInfo.txt
-FUZZ_TARGETS := fuzz_scanner fuzz_clickinfo fuzz_obtain_value
+FUZZ_TARGETS := $(basename $(notdir $(wildcard fuzz/fuzz_*.cpp)))
 
 # Sanitizer settings of `make asan` (the same as in .ci/run): stop at the first report, leaks
 # included. No leak suppressions are needed: LeakSanitizer finds none inside Qt in our runs.

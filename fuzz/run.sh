@@ -3,8 +3,10 @@
 #
 #   fuzz/run.sh TARGET SECONDS
 #
-# TARGET is fuzz_scanner, fuzz_clickinfo or fuzz_obtain_value. The seed corpus is copied to a
-# scratch folder, so the checked-in corpus does not grow. Inputs that crash or time out are
+# TARGET names one fuzz/fuzz_*.cpp (fuzz_scanner, fuzz_clickinfo, ...); its seed corpus is
+# fuzz/corpus/TARGET/, its dictionary fuzz/TARGET.dict when there is one, else the sectioned-text
+# dictionary fuzz/clickinfo.dict. The seed corpus is copied to a scratch folder, so the
+# checked-in corpus does not grow. Inputs that crash or time out are
 # written to fuzz/corpus-work/artifacts/TARGET/; the exit status is non-zero when one is found.
 # A crash input worth keeping goes to tests/data/fuzz-regressions/TARGET/, renamed (git ignores
 # libFuzzer's crash-* names), where the regression test replays it.
@@ -13,21 +15,19 @@
 # options, e.g. "-max_len=16384").
 set -euo pipefail
 
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
 usage() {
-    echo "usage: $0 fuzz_scanner|fuzz_clickinfo|fuzz_obtain_value SECONDS" >&2
+    echo "usage: $0 TARGET SECONDS   (TARGET: one of $(cd "$root/fuzz" && ls fuzz_*.cpp | sed 's/\.cpp$//' | tr '\n' ' '))" >&2
     exit 2
 }
 
 [[ $# -eq 2 ]] || usage
 target=$1
 seconds=$2
-case $target in
-    fuzz_scanner | fuzz_clickinfo | fuzz_obtain_value) ;;
-    *) usage ;;
-esac
+[[ $target =~ ^fuzz_[a-z_]+$ && -f $root/fuzz/$target.cpp ]] || usage
 [[ $seconds =~ ^[0-9]+$ ]] || usage
 
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build=${BUILD_DIR:-$root/build-fuzz}
 jobs=${JOBS:-2}
 
@@ -57,6 +57,9 @@ cp "$root/fuzz/corpus/$target"/* "$corpus"/
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:halt_on_error=1:abort_on_error=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-halt_on_error=1:print_stacktrace=1}
 
+dict=$root/fuzz/$target.dict
+[[ -f $dict ]] || dict=$root/fuzz/clickinfo.dict
+
 echo "== $target for $seconds s, corpus copied to $corpus"
 status=0
 # -timeout turns any input that takes seconds (non-linear behaviour) into a finding.
@@ -65,7 +68,7 @@ status=0
     -max_total_time="$seconds" \
     -timeout=10 \
     -max_len=8192 \
-    -dict="$root/fuzz/clickinfo.dict" \
+    -dict="$dict" \
     -artifact_prefix="$artifacts/" \
     -print_final_stats=1 \
     ${FUZZ_FLAGS:-} \
