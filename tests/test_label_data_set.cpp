@@ -59,10 +59,7 @@ TEST_F(LabelDataSetTest, TheDefaultSetIsChosenAndBuiltIn)
     EXPECT_EQ(labels.getCount(), 16);
     EXPECT_EQ(labels[15], L1("IACUC Number"));
     EXPECT_TRUE(labels[16].isNull());
-    EXPECT_TRUE(labels[-1].isNull());
     EXPECT_EQ(labels.getLabelSetNames(), QStringList());
-    EXPECT_EQ(labels.getLabelName(nullptr), PL_NULL_ARGUMENT);
-    EXPECT_EQ(labels.getLabelData(nullptr), PL_NULL_ARGUMENT);
 }
 
 TEST_F(LabelDataSetTest, FileRoundTripsByteForByte)

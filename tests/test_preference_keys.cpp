@@ -62,14 +62,9 @@ TEST(PreferenceKey, EditsAndBounds)
     EXPECT_EQ(key.getValue(2, &value), PL_OUT_OF_RANGE);
     EXPECT_EQ(key.getValue(0, nullptr), PL_OUT_OF_RANGE);
     EXPECT_EQ(value, L1("unchanged"));
-    EXPECT_EQ(key.getValue(1, &value), PL_SUCCESS);
-    EXPECT_EQ(value, L1("x"));
-    EXPECT_EQ(key[0], L1("c"));
+    EXPECT_EQ(key[1], L1("x"));
     EXPECT_TRUE(key[2].isNull());
-    int count = 0;
     EXPECT_EQ(key.getCount(nullptr), PL_NULL_ARGUMENT);
-    EXPECT_EQ(key.getCount(&count), PL_SUCCESS);
-    EXPECT_EQ(count, 2);
 
     // The complete data is the key's own list.
     QStringList* values = nullptr;
@@ -77,11 +72,7 @@ TEST(PreferenceKey, EditsAndBounds)
     key.getCompleteData(&values);
     values->append(L1("y"));
     EXPECT_EQ(key[2], L1("y"));
-
-    CPLPreferenceKey empty;
-    EXPECT_EQ(empty.moveDown(0), PL_OUT_OF_RANGE);
-    key.clearValues();
-    EXPECT_EQ(valuesOf(key), QStringList());
+    EXPECT_EQ(CPLPreferenceKey().moveDown(0), PL_OUT_OF_RANGE);
 }
 
 TEST(PreferenceKey, TextFormAndCopies)
@@ -187,15 +178,13 @@ TEST(PreferenceKeyList, SlotsCopiesAndAssignment)
 {
     CPLPreferenceKeyList list(2);
     CPLPreferenceKey* key = nullptr;
-    EXPECT_EQ(list.getKey(2, &key), PL_OUT_OF_RANGE);
-    EXPECT_EQ(list.getKey(-1, &key), PL_OUT_OF_RANGE);
+    for (int index : { -1, 2 })
+        EXPECT_EQ(list.getKey(index, &key), PL_OUT_OF_RANGE);
     EXPECT_EQ(list.getKey(0, nullptr), PL_OUT_OF_RANGE);
     EXPECT_EQ(list.getKey(1, &key), PL_SUCCESS);
     EXPECT_EQ(key, list[1]);
     EXPECT_EQ(list[2], nullptr);
-    EXPECT_EQ(list[-1], nullptr);
     EXPECT_EQ(list.setKey(0, nullptr), PL_OUT_OF_RANGE);
-    EXPECT_EQ(list.setKey(2, key), PL_OUT_OF_RANGE);
     auto* replacement = new CPLPreferenceKey;
     replacement->addValue(L1("r"));
     EXPECT_EQ(list.setKey(0, replacement), PL_SUCCESS);

@@ -40,7 +40,6 @@ TEST(SettingsWrapper, NextAvailableSectionName)
         // No number after the base, another tag, or no base: not counted.
         { { L1("ROI File 1"), L1("ROI File x"), L1("Other 2"), L1("roi file 2") }, "ROI File 2" },
         { { L1("Old ROI File 1") }, "ROI File 2" },
-        { { L1("ROI File 2147483647"), L1("ROI File 1") }, "ROI File 2" },
         { { L1("ROI File 1"), L1("ROI File 2147483647") }, "ROI File 2" },
     };
     for (const auto& c : cases) {
@@ -214,27 +213,16 @@ TEST(SettingsWrapper, AddingLoadingAndSaving)
     EXPECT_DEATH(untagged.addSection(L1("x")), "m_strSectionNameTag.isEmpty\\(\\) == false");
 }
 
-TEST(SettingsWrapper, Accessors)
+TEST(SettingsWrapper, KeyNamesIgnoreEmptyValues)
 {
-    CPLSettingsFileWrapper settings(L1("ROI File"), L1("Auto"));
-    EXPECT_EQ(settings.getMenuNameTag(), L1("MenuName"));
-    EXPECT_EQ(settings.getFileNameTag(), L1("FileName"));
-    EXPECT_EQ(settings.getAutoMenuNameTag(), L1("Auto"));
-    EXPECT_EQ(settings.getLoadMode(), CPLSettingsFileWrapper::LM_FILE);
+    CPLSettingsFileWrapper settings;
     for (auto set :
-         { &CPLSettingsFileWrapper::setMenuNameTag, &CPLSettingsFileWrapper::setFileNameTag,
-           &CPLSettingsFileWrapper::setAutoMenuNameTag,
-           &CPLSettingsFileWrapper::setSettingsFileName })
+         { &CPLSettingsFileWrapper::setMenuNameTag, &CPLSettingsFileWrapper::setFileNameTag })
         (settings.*set)(QString());
-    EXPECT_EQ(settings.getMenuNameTag(), L1("MenuName")) << "empty is ignored";
-    EXPECT_EQ(settings.getAutoMenuNameTag(), L1("Auto"));
-    settings.setSectionNameTag(QString());
-    settings.setFolderPath(QString());
-    EXPECT_EQ(settings.getSectionNameTag(), QString());
-    EXPECT_EQ(settings.getFolderPath(), QString());
+    settings.loadTextBuffer(L1("*** A:\t\r\nMenuName:\tm\nFileName:\tf\nTitle:\tt\nPath:\tp\n\n"));
+    EXPECT_EQ(settings.getFileNameForMenuName(L1("M"), QString()), L1("f"));
     settings.setMenuNameTag(L1("Title"));
     settings.setFileNameTag(L1("Path"));
-    settings.loadTextBuffer(L1("*** A:\t\r\nTitle:\tt\nPath:\tp\n\n"));
     EXPECT_EQ(settings.getFileNameForMenuName(L1("T"), QString()), L1("p"));
 }
 
