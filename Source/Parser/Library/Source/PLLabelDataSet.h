@@ -76,7 +76,9 @@ public:
     using CPLClickInfo::operator[];
 
     // Loads a set's section under a key of its own, so that sets sharing the section key are
-    // all kept; other sections load as in CPLClickInfo.
+    // all kept: the document holds it under "User Label Name Set:<set name>" (what
+    // getSectionKeys() lists and operator[](QString) finds), and writes it with its own
+    // header. Other sections load as in CPLClickInfo.
     int loadSectionData(const QString& text, const QString& sectionKey) override;
 
 private:
