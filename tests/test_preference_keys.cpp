@@ -16,7 +16,7 @@
 
 // Under AddressSanitizer a failed nothrow allocation must return null, as it does without.
 #if defined(__SANITIZE_ADDRESS__)
-extern "C" const char* __asan_default_options()
+extern "C" __attribute__((visibility("default"), used)) const char* __asan_default_options()
 {
     return "allocator_may_return_null=1";
 }

@@ -34,7 +34,8 @@ class CPLSection;
 class OVPARSER_EXPORT CPLSettingsFileWrapper : public CPLClickInfo
 {
 public:
-    enum LOAD_MODE { LM_FOLDER = 0, LM_FILE = 1 };
+    // 32 bits wide; a value other than these two loads nothing and lists nothing.
+    enum LOAD_MODE : qint32 { LM_FOLDER = 0, LM_FILE = 1 };
 
     CPLSettingsFileWrapper();
     explicit CPLSettingsFileWrapper(const QString& sectionNameTag);
