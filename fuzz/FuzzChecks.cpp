@@ -1,11 +1,17 @@
 #include "FuzzChecks.h"
 
 #include "PLClickInfo.h"
+#include "PLLabelDataSet.h"
+#include "PLPreferenceKeyList.h"
+#include "PLSection.h"
 #include "PLSectionScanner.h"
+#include "PLSettingsFileWrapper.h"
 #include "PLStatus.h"
 
 #include <QByteArray>
+#include <QRegularExpression>
 #include <QString>
+#include <QStringList>
 #include <QtGlobal>
 
 #include <algorithm>
@@ -225,6 +231,132 @@ std::string checkObtainValue(const uint8_t* data, size_t size)
     default:
         return "unexpected status " + std::to_string(status);
     }
+}
+
+namespace {
+
+// The input as Latin-1 text, split at its first line feed.
+QPair<QString, QString> firstLineAndRest(const uint8_t* data, size_t size)
+{
+    const QString text = QString::fromLatin1(reinterpret_cast<const char*>(data),
+                                             int(std::min<size_t>(size, 1 << 20)));
+    const int lf = text.indexOf(QLatin1Char('\n'));
+    return lf < 0 ? qMakePair(text, QString()) : qMakePair(text.left(lf), text.mid(lf + 1));
+}
+
+std::string checkLoadedKey(CPLPreferenceKey& key, const QString& loadedFrom)
+{
+    QString saved;
+    key.getSaveBuffer(&saved);
+    if (!saved.isEmpty() && (!saved.endsWith(QLatin1Char(';')) || !loadedFrom.contains(saved)))
+        return "a loaded key does not save to a part of its text that ends with \";\"";
+    if (saved.contains(QLatin1Char('\n')))
+        return "a loaded key holds a line feed";
+    CPLPreferenceKey again;
+    again.loadData(saved);
+    QString savedAgain;
+    again.getSaveBuffer(&savedAgain);
+    if (savedAgain != saved)
+        return "a key's saved text does not load back to the same key";
+    return std::string();
+}
+
+// The section text of a list whose slots all hold keys: a header, one line per slot, an empty
+// line, all ended by CR LF.
+std::string checkSavedList(const CPLPreferenceKeyList& list, const QStringList& names)
+{
+    CPLLabelDataSet labels;
+    if (labels.addLabelSet(QStringLiteral("Fuzz"), names) != PL_SUCCESS)
+        return std::string();
+    labels.selectLabelSet(QStringLiteral("Fuzz"));
+    QString text;
+    if (list.saveData(&labels, &text) != PL_SUCCESS)
+        return "a list with a valid label set was not saved";
+    if (!text.startsWith(QStringLiteral("*** User Label Name Set:\tFuzz\r\n"))
+        || !text.endsWith(QStringLiteral("\r\n\r\n")))
+        return "the saved list does not begin with its header or end with an empty line";
+    if (text.count(QStringLiteral("\r\n")) != list.getCount() + 2)
+        return "the saved list does not have one line per slot";
+    return std::string();
+}
+
+} // namespace
+
+std::string checkPreferenceKeys(const uint8_t* data, size_t size)
+{
+    const auto input = firstLineAndRest(data, size);
+    QStringList names = input.first.split(QLatin1Char(';')).mid(0, 16);
+    CPLPreferenceKeyList list(names.size());
+    QList<CPLPreferenceKey*> before;
+    for (int i = 0; i < list.getCount(); ++i)
+        before.append(list[i]);
+    if (list.loadData(input.second, &names) != PL_SUCCESS)
+        return "loadData() failed";
+    int replaced = 0;
+    for (int i = 0; i < list.getCount(); ++i) {
+        if (list[i] == before[i])
+            continue;
+        ++replaced;
+        const std::string failure = checkLoadedKey(*list[i], input.second);
+        if (!failure.empty())
+            return failure;
+    }
+    if (replaced != list.getLoadedKeyCount())
+        return "the loaded-key count is not the number of keys replaced";
+    return checkSavedList(list, names);
+}
+
+namespace {
+
+std::string checkMenuNames(CPLSettingsFileWrapper& settings, const QString& filter)
+{
+    const QStringList menuNames = settings.getMenuNames();
+    if (menuNames.size() > settings.getSections().size())
+        return "more menu names than sections";
+    if (settings.getSections(filter).size() > settings.getSections().size())
+        return "a filter gave more sections than none";
+    for (const QString& menuName : menuNames) {
+        if (!settings.getSectionByMenuName(menuName))
+            return "a listed menu name is not found by getSectionByMenuName()";
+        if (settings.isUnique(menuName))
+            return "a listed menu name is unique";
+        settings.getFileNameForMenuName(menuName, filter);
+    }
+    if (!settings.isUsingSectionNameForMenuName()
+        && menuNames.contains(settings.getNextAutoMenuName()))
+        return "the next automatic menu name is taken";
+    settings.getNextAutoMenuName(filter);
+    return std::string();
+}
+
+} // namespace
+
+std::string checkSettings(const uint8_t* data, size_t size)
+{
+    const auto input = firstLineAndRest(data, size);
+    CPLSettingsFileWrapper settings(QStringLiteral("ROI File"), QStringLiteral("Setting"));
+    settings.loadTextBuffer(input.second);
+    for (const bool sectionNames : { false, true }) {
+        settings.setUseSectionNameForMenuName(sectionNames);
+        const std::string failure = checkMenuNames(settings, input.first);
+        if (!failure.empty())
+            return failure;
+    }
+    static const QRegularExpression nextName(QStringLiteral("^ROI File [1-9][0-9]*$"));
+    const QString next = settings.getNextAvailableSectionName();
+    if (!nextName.match(next).hasMatch())
+        return "the next section name is not the tag, a blank and a positive number";
+    if (settings.addSection(QStringLiteral("ROI File"), QStringLiteral("m"), QStringLiteral("f"))
+            != PL_SUCCESS
+        || !settings.isSectionPresent(next))
+        return "a section named by getNextAvailableSectionName() cannot be added";
+    // The added section may not be the wrapper's: a key that differs from the new name only in
+    // case ("ROi File 1") keeps it out, and does not hold the tag, whose case matters.
+    const int status = settings.setFileNameForMenuName(QStringLiteral("m"), QStringLiteral("g"));
+    const bool none = settings.getSections().isEmpty();
+    if (status != (none ? PL_NOTHING_TO_WORK_ON : PL_SUCCESS) && status != PL_KEY_NOT_FOUND)
+        return "setFileNameForMenuName() failed with " + std::to_string(status);
+    return std::string();
 }
 
 void silenceMessages()

@@ -25,6 +25,16 @@ std::string checkClickInfo(const uint8_t* data, size_t size);
 // the rest the buffer searched.
 std::string checkObtainValue(const uint8_t* data, size_t size);
 
+// Preference key lists: the first line of the input is the list of key names, separated by
+// ";", the rest the text loaded with CPLPreferenceKeyList::loadData(); the loaded keys save
+// to text that loads back to the same keys, and the list saves as one section.
+std::string checkPreferenceKeys(const uint8_t* data, size_t size);
+
+// The settings file wrapper: the input loaded as a settings text, then listed and searched by
+// menu name with and without section names as menu names; every listed menu name is found
+// again, and generated section and menu names are well formed and new.
+std::string checkSettings(const uint8_t* data, size_t size);
+
 // Drops the library's log messages (malformed input is logged), which would otherwise flood
 // a fuzzing run.
 void silenceMessages();

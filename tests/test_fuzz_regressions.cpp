@@ -53,13 +53,14 @@ TEST_P(FuzzRegression, SavedInputsPassTheTargetChecks)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Targets, FuzzRegression,
-                         testing::Values(Target { "fuzz_scanner", OvFuzz::checkScanner },
-                                         Target { "fuzz_clickinfo", OvFuzz::checkClickInfo },
-                                         Target { "fuzz_obtain_value", OvFuzz::checkObtainValue }),
-                         [](const testing::TestParamInfo<Target>& info) {
-                             return std::string(info.param.name);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Targets, FuzzRegression,
+    testing::Values(Target { "fuzz_scanner", OvFuzz::checkScanner },
+                    Target { "fuzz_clickinfo", OvFuzz::checkClickInfo },
+                    Target { "fuzz_obtain_value", OvFuzz::checkObtainValue },
+                    Target { "fuzz_preference_keys", OvFuzz::checkPreferenceKeys },
+                    Target { "fuzz_settings", OvFuzz::checkSettings }),
+    [](const testing::TestParamInfo<Target>& info) { return std::string(info.param.name); });
 
 // Checks that rejected well-formed text would make every replay above fail for the wrong
 // reason, and a fuzzer report worthless.

@@ -137,6 +137,35 @@ TEST_F(ovtoolTest, OutputMatchesTheGoldenFiles)
         EXPECT_EQ(succeed(c.arguments), readBytes(DATA + L1(c.golden))) << c.golden;
 }
 
+TEST_F(ovtoolTest, SettingsAndLabelsMatchTheGoldenFiles)
+{
+    // Copies of the samples, so that the output names them by relative paths.
+    const QString samples = L1(OVPARSER_SAMPLES "/settings/");
+    ASSERT_TRUE(QDir(m_dir.path()).mkdir(L1("Presets")));
+    for (const char* name :
+         { "ROISettings.txt", "UserLabelNames.txt", "Presets/Custom-Dorsal.txt",
+           "Presets/Custom-Ventral.TXT", "Presets/Standard.Txt", "Presets/notes.md" })
+        writeBytes(path(name), readBytes(samples + L1(name)));
+    const struct
+    {
+        QStringList arguments;
+        const char* golden;
+    } cases[] = {
+        { { L1("settings"), L1("--tag"), L1("ROI File"), L1("ROISettings.txt") },
+          "settings-roi.txt" },
+        { { L1("settings"), L1("--section-names"), L1("--filter"), L1("Preset"), L1("--json"),
+            L1("ROISettings.txt") },
+          "settings-section-names.json" },
+        { { L1("settings"), L1("--filter"), L1("Custom"), L1("Presets") },
+          "settings-folder-custom.txt" },
+        { { L1("settings"), L1("Presets") }, "settings-folder.txt" },
+        { { L1("labels"), L1("UserLabelNames.txt") }, "labels.txt" },
+        { { L1("labels"), L1("--json"), L1("UserLabelNames.txt") }, "labels.json" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(succeed(c.arguments), readBytes(DATA + L1(c.golden))) << c.golden;
+}
+
 TEST_F(ovtoolTest, JsonListsCommentLinesOnlyWhenAsked)
 {
     QJsonObject expected
@@ -261,7 +290,17 @@ TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
           1,
           "ovtool: c.txt: the value \" Ana\" begins or ends with white space, which reading "
           "drops\n" },
+        { { L1("settings"), L1("missing.txt") }, 1, "ovtool: missing.txt: cannot open the file\n" },
+        { { L1("settings"), L1("none.txt") }, 1, noSections },
+        { { L1("labels"), L1("c.txt") },
+          1,
+          "ovtool: c.txt: the file holds no label-name sets (no \"*** User Label Name Set:\" "
+          "section)\n" },
         // Usage errors.
+        { { L1("settings"), L1("--tag"), L1("ROI File"), L1(".") },
+          2,
+          "ovtool: settings: --tag applies to a settings file, not to a folder; see \"ovtool "
+          "settings --help\"\n" },
         { {}, 2, "ovtool: no command given; see \"ovtool --help\"\n" },
         { { L1("frobnicate"), L1("c.txt") },
           2,
@@ -372,10 +411,10 @@ TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
 TEST_F(ovtoolTest, HelpAndVersion)
 {
     const QByteArray toolHelp = succeed({ L1("--help") });
-    for (const char* command : { "show", "get", "set", "add", "json" }) {
+    for (const char* command : { "show", "get", "set", "add", "json", "settings", "labels" }) {
         EXPECT_TRUE(toolHelp.contains(QByteArray("\n  ") + command + ' ')) << command;
         const QByteArray help = succeed({ L1(command), L1("--help") });
-        EXPECT_TRUE(help.startsWith(QByteArray("Usage: ovtool ") + command + " [options] FILE"));
+        EXPECT_TRUE(help.startsWith(QByteArray("Usage: ovtool ") + command + " [options] "));
         EXPECT_TRUE(help.contains("\nExit status:\n")) << command;
     }
     EXPECT_EQ(succeed({ L1("--version") }),

@@ -11,6 +11,8 @@ int runGet(const QStringList& arguments);
 int runSet(const QStringList& arguments);
 int runAdd(const QStringList& arguments);
 int runJson(const QStringList& arguments);
+int runSettings(const QStringList& arguments);
+int runLabels(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

@@ -26,5 +26,7 @@ constexpr int PL_NOTHING_TO_WORK_ON = 33;
 constexpr int PL_OUT_OF_RANGE = 48;
 // The section named in a typed get or set is not present in the document.
 constexpr int PL_SECTION_NOT_PRESENT = 49;
+// A folder that a document is to read does not exist.
+constexpr int PL_FOLDER_MISSING = 62;
 
 #endif // PLSTATUS_H
