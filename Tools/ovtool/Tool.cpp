@@ -128,6 +128,12 @@ void CommandLine::addOption(const QString& name, const QString& description)
     m_parser.addOption({ name, description });
 }
 
+void CommandLine::addValueOption(const QString& name, const QString& valueName,
+                                 const QString& description)
+{
+    m_parser.addOption({ name, description, valueName });
+}
+
 std::optional<int> CommandLine::parse(const QStringList& arguments)
 {
     if (!m_parser.parse(arguments))

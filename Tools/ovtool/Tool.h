@@ -57,6 +57,8 @@ public:
     CommandLine(const QString& command, const QString& description);
     void addArgument(const QString& name, const QString& description);
     void addOption(const QString& name, const QString& description);
+    // An option that takes a value, shown as `valueName` in --help.
+    void addValueOption(const QString& name, const QString& valueName, const QString& description);
     // Text shown after the arguments in --help.
     void setNotes(const QString& notes) { m_notes = notes; }
 
@@ -67,6 +69,7 @@ public:
 
     QString argument(int index) const { return m_parser.positionalArguments().value(index); }
     bool isSet(const QString& option) const { return m_parser.isSet(option); }
+    QString value(const QString& option) const { return m_parser.value(option); }
 
 private:
     QCommandLineParser m_parser;

@@ -28,6 +28,8 @@ const Command COMMANDS[] = {
     { QLatin1String("set"), QLatin1String("Changes the value of a key the file holds."), runSet },
     { QLatin1String("add"), QLatin1String("Adds a key, and its section when absent."), runAdd },
     { QLatin1String("json"), QLatin1String("Prints the document as JSON."), runJson },
+    { QLatin1String("browse"), QLatin1String("Lists the acquisitions in a folder tree."),
+      runBrowse },
 };
 
 QString commandsHelp()

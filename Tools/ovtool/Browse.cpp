@@ -1,0 +1,373 @@
+#include "Browse.h"
+
+#include "Document.h"
+
+#include "PLClickInfo.h"
+#include "PLConstants.h"
+#include "PLImageTypes.h"
+#include "PLStatus.h"
+#include "PLUtilities.h"
+
+#include <QDateTime>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <iterator>
+
+namespace OvBrowse {
+
+namespace {
+
+const auto& PAIRS = PLConstants::strBrowseImage_NameKeyPairs;
+constexpr int COLUMNS = int(std::size(PAIRS)) / 2;
+const QString CLICK_NUMBER_TITLE = QStringLiteral("Click Number");
+// The image sections a row is read from, in order of preference.
+const QString& LUMINESCENT = OVSGlobalConstants::g_strImageSections[IMAGETYPE_LUMINESCENT];
+const QString& PHOTOGRAPHIC = OVSGlobalConstants::g_strImageSections[IMAGETYPE_PHOTOGRAPH];
+
+const QString& columnKey(int column)
+{
+    return PAIRS[2 * column + 1];
+}
+
+// The browse column of "Acquisition Seconds", shown as a date and time.
+bool isDateColumn(int column)
+{
+    return columnKey(column) == PLConstants::strClickInfoKeys[2];
+}
+
+QString cellText(int column, const QString& value)
+{
+    return isDateColumn(column) ? dateTimeText(value) : value;
+}
+
+QString reasonAt(int line, int status)
+{
+    return line > 0 ? QStringLiteral("line %1: %2").arg(line).arg(loadFailure(status))
+                    : loadFailure(status);
+}
+
+// Why a file that loaded cannot be browsed; empty when it can.
+QString missingParts(bool hasClickNumber, bool hasImage)
+{
+    if (!hasClickNumber)
+        return QStringLiteral("no \"ClickNumber\" section");
+    if (!hasImage)
+        return QStringLiteral("neither a \"%1\" nor a \"%2\" section")
+            .arg(LUMINESCENT, PHOTOGRAPHIC);
+    return QString();
+}
+
+bool readFullLoad(const QString& file, Row* row, QString* reason)
+{
+    CPLClickInfo document;
+    const int status = document.loadClickInfo(file, false);
+    if (status != PL_SUCCESS) {
+        *reason = reasonAt(document.getLastErrorLine(), status);
+        return false;
+    }
+    document.getClickNumber(&row->clickNumber);
+    const QString& image = document.isSectionPresent(LUMINESCENT) ? LUMINESCENT : PHOTOGRAPHIC;
+    *reason = missingParts(!row->clickNumber.isEmpty(), document.isSectionPresent(image));
+    if (!reason->isEmpty())
+        return false;
+    for (int column = 0; column < COLUMNS; ++column) {
+        QString value;
+        document.getValue(image, columnKey(column), &value);
+        row->values.append(cellText(column, value));
+    }
+    return true;
+}
+
+// The Lookup reading: one pass over the file's lines, keeping only the click number and the
+// browse keys of the two image sections. It follows the loader's rules: lines end at LF, CR
+// LF or CR; the text ends at its first NUL; a line whose first token begins with "***" is a
+// section header, split at "*** " (or "***") and its first colon, malformed when a "#" comes
+// at or before the colon; the first section of a key counts; within a section the last line
+// of a key wins; values lose their inline comment.
+class LookupReader
+{
+public:
+    // 0, or the load status the loader would give, with the line in *line.
+    int read(const QByteArray& bytes, int* line)
+    {
+        const char* p = bytes.constData();
+        const char* const end = p + qstrnlen(p, uint(bytes.size()));
+        *line = 0;
+        while (p < end) {
+            const char* lineEnd = p;
+            while (lineEnd < end && *lineEnd != '\n' && *lineEnd != '\r')
+                ++lineEnd;
+            ++*line;
+            const int status = readLine(QLatin1String(p, int(lineEnd - p)));
+            if (status != PL_SUCCESS)
+                return status;
+            p = lineEnd;
+            if (p < end && *p == '\r' && p + 1 < end && p[1] == '\n')
+                ++p;
+            ++p;
+        }
+        *line = 0;
+        return PL_SUCCESS;
+    }
+
+    QString clickNumber;
+    bool hasClickNumberSection = false;
+    // The browse values of each image section, when the file has it.
+    QStringList values[2];
+    bool hasSection[2] = { false, false };
+
+private:
+    int readLine(QLatin1String line)
+    {
+        int first = 0;
+        while (first < line.size()
+               && (line.at(first) == QLatin1Char(' ') || line.at(first) == QLatin1Char('\t')))
+            ++first;
+        if (line.mid(first).startsWith(QLatin1String("***")))
+            return readHeader(line);
+        if (m_current >= 0)
+            readEntry(line);
+        return PL_SUCCESS;
+    }
+
+    int readHeader(QLatin1String header)
+    {
+        int start = header.indexOf(QLatin1String("*** "));
+        const int keyStart = start >= 0 ? start + 4 : header.indexOf(QLatin1String("***")) + 3;
+        const int colon = header.indexOf(QLatin1Char(':'));
+        const int hash = header.indexOf(QLatin1Char('#'));
+        if (colon < keyStart || (hash >= 0 && hash <= colon))
+            return PL_MALFORMED_SECTION_HEADER;
+        const QLatin1String key = header.mid(keyStart, colon - keyStart).trimmed();
+        if (key.isEmpty())
+            return PL_NOTHING_TO_WORK_ON;
+        m_current = -1;
+        if (key.compare(PLConstants::CLICKNUMBER_KEY, Qt::CaseInsensitive) == 0) {
+            clickNumber = header.mid(colon + 1).trimmed();
+            if (clickNumber.isEmpty())
+                return PL_NOTHING_TO_WORK_ON;
+            hasClickNumberSection = true;
+        }
+        for (int image = 0; image < 2; ++image) {
+            if (!hasSection[image]
+                && key.compare(image == 0 ? LUMINESCENT : PHOTOGRAPHIC, Qt::CaseInsensitive) == 0) {
+                hasSection[image] = true;
+                values[image] = QStringList();
+                for (int column = 0; column < COLUMNS; ++column)
+                    values[image].append(QString());
+                m_current = image;
+            }
+        }
+        return PL_SUCCESS;
+    }
+
+    void readEntry(QLatin1String line)
+    {
+        const int colon = line.indexOf(QLatin1Char(':'));
+        const int hash = line.indexOf(QLatin1Char('#'));
+        if (colon < 0 || (hash >= 0 && hash <= colon))
+            return;
+        const QLatin1String key = line.left(colon).trimmed();
+        for (int column = 0; column < COLUMNS; ++column) {
+            if (key.compare(columnKey(column), Qt::CaseInsensitive) == 0) {
+                QLatin1String value = line.mid(colon + 1);
+                const int comment = value.indexOf(QLatin1Char('#'));
+                values[m_current][column] = (comment < 0 ? value : value.left(comment)).trimmed();
+            }
+        }
+    }
+
+    int m_current = -1; // the image section being read, or -1
+};
+
+bool readLookup(const QString& file, Row* row, QString* reason)
+{
+    QFile input(file);
+    if (!input.open(QIODevice::ReadOnly)) {
+        *reason = loadFailure(PL_FILE_OPEN_FAILED);
+        return false;
+    }
+    const QByteArray bytes = input.readAll();
+    if (input.error() != QFileDevice::NoError) {
+        *reason = loadFailure(PL_FILE_OPEN_FAILED);
+        return false;
+    }
+    LookupReader reader;
+    int line = 0;
+    const int status = reader.read(bytes, &line);
+    if (status != PL_SUCCESS) {
+        *reason = reasonAt(line, status);
+        return false;
+    }
+    const int image = reader.hasSection[0] ? 0 : 1;
+    *reason = missingParts(reader.hasClickNumberSection, reader.hasSection[image]);
+    if (!reason->isEmpty())
+        return false;
+    row->clickNumber = reader.clickNumber;
+    for (int column = 0; column < COLUMNS; ++column)
+        row->values.append(cellText(column, reader.values[image].at(column)));
+    return true;
+}
+
+// The value of a cell for sorting: a number when it reads as one.
+int compareCells(const QString& a, const QString& b)
+{
+    bool aIsNumber = false;
+    bool bIsNumber = false;
+    const double x = a.toDouble(&aIsNumber);
+    const double y = b.toDouble(&bIsNumber);
+    if (aIsNumber && bIsNumber)
+        return x < y ? -1 : (x > y ? 1 : 0);
+    return a.compare(b, Qt::CaseInsensitive);
+}
+
+QString cell(const Row& row, int column)
+{
+    return column == 0 ? row.clickNumber : row.values.value(column - 1);
+}
+
+QStringList cells(const Row& row)
+{
+    return QStringList { row.clickNumber } + row.values;
+}
+
+} // namespace
+
+QStringList columnTitles()
+{
+    QStringList titles { CLICK_NUMBER_TITLE };
+    for (int column = 0; column < COLUMNS; ++column)
+        titles.append(PAIRS[2 * column]);
+    return titles;
+}
+
+int columnIndex(const QString& title)
+{
+    const QStringList titles = columnTitles();
+    for (int i = 0; i < titles.size(); ++i) {
+        if (titles.at(i).compare(title, Qt::CaseInsensitive) == 0)
+            return i;
+    }
+    return -1;
+}
+
+QString dateTimeText(const QString& secondsSince1904)
+{
+    bool ok = false;
+    const qint64 seconds = secondsSince1904.toLongLong(&ok);
+    if (!ok)
+        return secondsSince1904;
+    return QDateTime::fromSecsSinceEpoch(seconds - qint64(PL_SECONDS_1904_TO_1970))
+        .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+bool readRow(const QString& file, ReadMode mode, Row* row, QString* reason)
+{
+    row->file = file;
+    row->clickNumber.clear();
+    row->values.clear();
+    return mode == ReadMode::Lookup ? readLookup(file, row, reason)
+                                    : readFullLoad(file, row, reason);
+}
+
+QStringList findAcquisitions(const QString& folder)
+{
+    QStringList files;
+    QDirIterator it(folder, QStringList { PLConstants::CLICKINFO_FILENAME },
+                    QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files.append(it.next());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+Result browse(const QString& folder, ReadMode mode,
+              const std::function<void(int done, int total)>& progress)
+{
+    const QStringList files = findAcquisitions(folder);
+    Result result;
+    result.rows.reserve(files.size());
+    Row row;
+    QString reason;
+    for (const QString& file : files) {
+        if (readRow(file, mode, &row, &reason))
+            result.rows.append(row);
+        else
+            result.skipped.append({ file, reason });
+        if (progress)
+            progress(result.rows.size() + result.skipped.size(), files.size());
+    }
+    return result;
+}
+
+void sortRows(QVector<Row>& rows, int column, bool descending)
+{
+    std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
+        const int order = compareCells(cell(a, column), cell(b, column));
+        return descending ? order > 0 : order < 0;
+    });
+}
+
+QString tableText(const QVector<Row>& rows)
+{
+    QVector<QStringList> lines { columnTitles() };
+    for (const Row& row : rows)
+        lines.append(cells(row));
+    QVector<int> widths(lines.first().size(), 0);
+    for (const QStringList& line : lines) {
+        for (int i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], int(line.at(i).size()));
+    }
+    QString text;
+    for (const QStringList& line : lines) {
+        QString out;
+        for (int i = 0; i < line.size(); ++i)
+            out += line.at(i).leftJustified(widths[i] + 2);
+        while (out.endsWith(QLatin1Char(' ')))
+            out.chop(1);
+        text += out + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString csvText(const QVector<Row>& rows)
+{
+    const auto field = [](QString value) -> QString {
+        if (!value.contains(QLatin1Char(',')) && !value.contains(QLatin1Char('"'))
+            && !value.contains(QLatin1Char('\n')) && !value.contains(QLatin1Char('\r')))
+            return value;
+        value.replace(QLatin1String("\""), QLatin1String("\"\""));
+        return QLatin1Char('"') + value + QLatin1Char('"');
+    };
+    const auto line = [&](const QStringList& values) -> QString {
+        QStringList fields;
+        for (const QString& value : values)
+            fields.append(field(value));
+        return fields.join(QLatin1Char(',')) + QLatin1String("\r\n");
+    };
+    QString text = line(columnTitles());
+    for (const Row& row : rows)
+        text += line(cells(row));
+    return text;
+}
+
+QByteArray jsonText(const QVector<Row>& rows)
+{
+    const QStringList titles = columnTitles();
+    QJsonArray array;
+    for (const Row& row : rows) {
+        QJsonObject object { { QStringLiteral("file"), row.file } };
+        const QStringList values = cells(row);
+        for (int i = 0; i < titles.size(); ++i)
+            object.insert(titles.at(i), values.at(i));
+        array.append(object);
+    }
+    return QJsonDocument(array).toJson(QJsonDocument::Indented);
+}
+
+} // namespace OvBrowse
