@@ -28,14 +28,6 @@ const bool g_utc = [] {
 // 2025-11-04 23:46:40 UTC, a Tuesday.
 constexpr std::time_t STAMP = 1762300000;
 
-QStringList L1List(std::initializer_list<const char*> texts)
-{
-    QStringList list;
-    for (const char* text : texts)
-        list.append(L1(text));
-    return list;
-}
-
 // A setup with every optional key switched on and a distinct value in each field.
 sIASetupInfo filledSetup()
 {

@@ -214,14 +214,18 @@ bool readLookup(const QString& file, Row* row, QString* reason)
     return true;
 }
 
-// The value of a cell for sorting: a number when it reads as one.
+// The order of cells: numbers first, by value; then text, in any case; then empty cells.
 int compareCells(const QString& a, const QString& b)
 {
     bool aIsNumber = false;
     bool bIsNumber = false;
     const double x = a.toDouble(&aIsNumber);
     const double y = b.toDouble(&bIsNumber);
-    if (aIsNumber && bIsNumber)
+    const int aClass = aIsNumber ? 0 : (a.isEmpty() ? 2 : 1);
+    const int bClass = bIsNumber ? 0 : (b.isEmpty() ? 2 : 1);
+    if (aClass != bClass)
+        return aClass - bClass;
+    if (aIsNumber)
         return x < y ? -1 : (x > y ? 1 : 0);
     return a.compare(b, Qt::CaseInsensitive);
 }

@@ -62,8 +62,9 @@ struct Result
 Result browse(const QString& folder, ReadMode mode = ReadMode::Lookup,
               const std::function<void(int done, int total)>& progress = {});
 
-// Sorts rows by a column (a position in columnTitles()): as numbers when both values are
-// numbers, else as text in any case; rows that compare equal keep their order.
+// Sorts rows by a column (a position in columnTitles()): numbers first, by value, then text
+// in any case, then empty cells; `descending` reverses that. Rows that compare equal keep
+// their order.
 void sortRows(QVector<Row>& rows, int column, bool descending);
 
 // The rows with a header line: an aligned table (columns two blanks apart, trailing blanks

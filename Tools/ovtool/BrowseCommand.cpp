@@ -22,9 +22,9 @@ const QString NOTES = QStringLiteral(
     "line on stderr and left out; the others are still listed, and the exit status is 1.\n"
     "While a long walk runs, its progress is shown on stderr when that is a terminal.\n"
     "\n"
-    "Columns, for --sort (in any case):\n  %1\n"
-    "Values that are numbers sort as numbers, others as text in any case; equal values keep\n"
-    "the path order.\n");
+    "Columns, for --sort (in any case):\n%1"
+    "Numbers sort first, by value, then text in any case, then empty cells; --reverse\n"
+    "turns that round. Rows with equal values keep the path order.\n");
 
 // Shows "N of M" on stderr, on a terminal, once the walk has taken a second; erased at the end.
 class Progress
@@ -78,7 +78,10 @@ int runBrowse(const QStringList& arguments)
                                QStringLiteral("Sorts the rows by this column."));
     commandLine.addOption(QStringLiteral("reverse"),
                           QStringLiteral("Sorts in descending order (with --sort)."));
-    commandLine.setNotes(NOTES.arg(OvBrowse::columnTitles().join(QLatin1String(", "))));
+    const QStringList titles = OvBrowse::columnTitles();
+    commandLine.setNotes(NOTES.arg(QLatin1String("  ") + titles.mid(0, 7).join(QLatin1String(", "))
+                                   + QLatin1String(",\n  ")
+                                   + titles.mid(7).join(QLatin1String(", ")) + QLatin1Char('\n')));
     if (const auto done = commandLine.parse(arguments))
         return *done;
 
