@@ -1,7 +1,7 @@
 # Set-up and everyday commands. Each target installs the system packages it needs (Debian and
 # Ubuntu; see scripts/install-deps.sh), then configures and builds with CMake.
 #
-#   make run     build and show the bundled sample acquisition with ovtool
+#   make run     build, show the bundled sample acquisition and browse samples/ with ovtool
 #   make test    build and run every test
 #   make bench   Release build of the benchmarks, run with the target ratios
 #   make fuzz    run each fuzz target for FUZZ_SECONDS (30) seconds
@@ -33,6 +33,7 @@ run:
 	bash scripts/install-deps.sh build
 	$(build_tree)
 	$(BUILD_DIR)/Tools/ovtool/ovtool show $(SAMPLE)
+	$(BUILD_DIR)/Tools/ovtool/ovtool browse samples
 
 test:
 	bash scripts/install-deps.sh build test xml

@@ -8,7 +8,6 @@
 #include "PLStatus.h"
 #include "PLUtilities.h"
 
-#include <QDateTime>
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
@@ -16,7 +15,12 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cerrno>
+#include <ctime>
 #include <iterator>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace OvBrowse {
 
@@ -185,15 +189,35 @@ private:
     int m_current = -1; // the image section being read, or -1
 };
 
+// The bytes of a file with as few system calls as may be: open, read until the end, close.
+// QFile would also ask for the file's status three times, which costs as much again on a
+// tree of small files.
+bool readBytes(const QString& file, QByteArray* bytes)
+{
+    const int fd = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    bytes->resize(16 * 1024);
+    qint64 size = 0;
+    for (;;) {
+        if (size == bytes->size())
+            bytes->resize(bytes->size() * 2);
+        const ssize_t got = ::read(fd, bytes->data() + size, size_t(bytes->size() - size));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0) {
+            ::close(fd);
+            bytes->resize(int(size));
+            return got == 0;
+        }
+        size += got;
+    }
+}
+
 bool readLookup(const QString& file, Row* row, QString* reason)
 {
-    QFile input(file);
-    if (!input.open(QIODevice::ReadOnly)) {
-        *reason = loadFailure(PL_FILE_OPEN_FAILED);
-        return false;
-    }
-    const QByteArray bytes = input.readAll();
-    if (input.error() != QFileDevice::NoError) {
+    QByteArray bytes;
+    if (!readBytes(file, &bytes)) {
         *reason = loadFailure(PL_FILE_OPEN_FAILED);
         return false;
     }
@@ -263,11 +287,16 @@ int columnIndex(const QString& title)
 QString dateTimeText(const QString& secondsSince1904)
 {
     bool ok = false;
-    const qint64 seconds = secondsSince1904.toLongLong(&ok);
-    if (!ok)
+    const std::time_t seconds
+        = std::time_t(secondsSince1904.toLongLong(&ok) - qint64(PL_SECONDS_1904_TO_1970));
+    std::tm local {};
+    char text[64];
+    // localtime_r() and strftime(), unlike QDateTime, do not look at the time zone file
+    // again for every value.
+    if (!ok || !localtime_r(&seconds, &local)
+        || std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local) == 0)
         return secondsSince1904;
-    return QDateTime::fromSecsSinceEpoch(seconds - qint64(PL_SECONDS_1904_TO_1970))
-        .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return QString::fromLatin1(text);
 }
 
 bool readRow(const QString& file, ReadMode mode, Row* row, QString* reason)
