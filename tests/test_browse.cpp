@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include <cstdlib>
@@ -142,6 +143,57 @@ TEST(BrowseTest, LookupAndFullLoadReadTheSame)
     EXPECT_EQ(fluorescent.clickNumber, L1("AM20261105093012_001"));
     EXPECT_EQ(fluorescent.values.at(0), L1("2026-11-05 09:30:12"));
     EXPECT_EQ(fluorescent.values.at(10), L1("fluorescent"));
+}
+
+// The same on many damaged copies of the samples: bytes that matter to the line and header
+// rules inserted, lines dropped and repeated, at places drawn from a fixed seed.
+TEST(BrowseTest, LookupAndFullLoadAgreeOnDamagedFiles)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    QVector<QByteArray> originals;
+    for (const auto& acquisition : OvSamples::bundledAcquisitions())
+        originals.append(acquisition.clickInfo);
+    const char bytesThatMatter[] = { '*', ':', '#', '\r', '\n', ' ', '\t', '\0', 'x', '\xa0' };
+    QRandomGenerator random(20261105);
+    for (int i = 0; i < 600; ++i) {
+        QByteArray text = originals.at(i % originals.size());
+        for (int change = random.bounded(1, 6); change > 0; --change) {
+            const int at = random.bounded(text.size());
+            switch (random.bounded(3)) {
+            case 0:
+                text.insert(at, bytesThatMatter[random.bounded(int(sizeof bytesThatMatter))]);
+                break;
+            case 1:
+                text.remove(at, random.bounded(1, 40));
+                break;
+            default: {
+                const int lineStart = text.lastIndexOf('\n', at) + 1;
+                const int lineEnd = text.indexOf('\n', at);
+                text.insert(lineStart, text.mid(lineStart, lineEnd - lineStart + 1));
+            }
+            }
+        }
+        const QString folder = dir.filePath(QString::number(i));
+        QDir().mkpath(folder);
+        writeBytes(folder + L1("/ClickInfo.txt"), text);
+    }
+    const OvBrowse::Result lookup = OvBrowse::browse(dir.path(), OvBrowse::ReadMode::Lookup);
+    // The loader logs what it finds wrong in each damaged file: not wanted here.
+    const QtMessageHandler logger
+        = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    const OvBrowse::Result full = OvBrowse::browse(dir.path(), OvBrowse::ReadMode::FullLoad);
+    qInstallMessageHandler(logger);
+    ASSERT_EQ(lookup.rows.size(), full.rows.size());
+    for (int i = 0; i < lookup.rows.size(); ++i)
+        EXPECT_EQ(lookup.rows.at(i), full.rows.at(i));
+    ASSERT_EQ(lookup.skipped.size(), full.skipped.size());
+    for (int i = 0; i < lookup.skipped.size(); ++i)
+        EXPECT_EQ(lookup.skipped.at(i).reason, full.skipped.at(i).reason)
+            << lookup.skipped.at(i).file.toStdString();
+    // Both outcomes occur, or the damage tested nothing.
+    EXPECT_GT(lookup.rows.size(), 100);
+    EXPECT_GT(lookup.skipped.size(), 20);
 }
 
 TEST(BrowseTest, DateAndTimeOfTheSecondsSince1904)

@@ -6,6 +6,7 @@
 #include "PLConstants.h"
 #include "PLImageTypes.h"
 #include "PLStatus.h"
+#include "PLText_p.h"
 #include "PLUtilities.h"
 
 #include <QDirIterator>
@@ -87,12 +88,20 @@ bool readFullLoad(const QString& file, Row* row, QString* reason)
     return true;
 }
 
+using Span = PLText::Span<char>;
+
+QLatin1String latin1(Span span)
+{
+    return QLatin1String(span.begin, int(span.size()));
+}
+
 // The Lookup reading: one pass over the file's lines, keeping only the click number and the
 // browse keys of the two image sections. It follows the loader's rules: lines end at LF, CR
 // LF or CR; the text ends at its first NUL; a line whose first token begins with "***" is a
 // section header, split at "*** " (or "***") and its first colon, malformed when a "#" comes
-// at or before the colon; the first section of a key counts; within a section the last line
-// of a key wins; values lose their inline comment.
+// at or before the colon; the first section of a key counts; a body line holds a key when a
+// colon comes before any "#", and the colon's offset in the line cuts the trimmed line; the
+// last line of a key wins; values lose their inline comment.
 class LookupReader
 {
 public:
@@ -107,7 +116,7 @@ public:
             while (lineEnd < end && *lineEnd != '\n' && *lineEnd != '\r')
                 ++lineEnd;
             ++*line;
-            const int status = readLine(QLatin1String(p, int(lineEnd - p)));
+            const int status = readLine({ p, lineEnd });
             if (status != PL_SUCCESS)
                 return status;
             p = lineEnd;
@@ -126,37 +135,40 @@ public:
     bool hasSection[2] = { false, false };
 
 private:
-    int readLine(QLatin1String line)
+    int readLine(Span line)
     {
-        int first = 0;
-        while (first < line.size()
-               && (line.at(first) == QLatin1Char(' ') || line.at(first) == QLatin1Char('\t')))
+        const char* first = line.begin;
+        while (first != line.end && (*first == ' ' || *first == '\t'))
             ++first;
-        if (line.mid(first).startsWith(QLatin1String("***")))
+        if (line.end - first >= 3 && first[0] == '*' && first[1] == '*' && first[2] == '*')
             return readHeader(line);
         if (m_current >= 0)
             readEntry(line);
         return PL_SUCCESS;
     }
 
-    int readHeader(QLatin1String header)
+    int readHeader(Span line)
     {
-        int start = header.indexOf(QLatin1String("*** "));
+        const QLatin1String header = latin1(line);
+        const int start = header.indexOf(QLatin1String("*** "));
         const int keyStart = start >= 0 ? start + 4 : header.indexOf(QLatin1String("***")) + 3;
         const int colon = header.indexOf(QLatin1Char(':'));
         const int hash = header.indexOf(QLatin1Char('#'));
         if (colon < keyStart || (hash >= 0 && hash <= colon))
             return PL_MALFORMED_SECTION_HEADER;
-        const QLatin1String key = header.mid(keyStart, colon - keyStart).trimmed();
-        if (key.isEmpty())
-            return PL_NOTHING_TO_WORK_ON;
-        m_current = -1;
-        if (key.compare(PLConstants::CLICKNUMBER_KEY, Qt::CaseInsensitive) == 0) {
-            clickNumber = header.mid(colon + 1).trimmed();
+        const QLatin1String key
+            = latin1(PLText::trimmed(Span { line.begin + keyStart, line.begin + colon }));
+        const bool isClickNumber
+            = key.compare(PLConstants::CLICKNUMBER_KEY, Qt::CaseInsensitive) == 0;
+        if (isClickNumber) {
+            clickNumber = latin1(PLText::trimmed(Span { line.begin + colon + 1, line.end }));
             if (clickNumber.isEmpty())
                 return PL_NOTHING_TO_WORK_ON;
             hasClickNumberSection = true;
         }
+        if (key.isEmpty())
+            return PL_NOTHING_TO_WORK_ON;
+        m_current = -1;
         for (int image = 0; image < 2; ++image) {
             if (!hasSection[image]
                 && key.compare(image == 0 ? LUMINESCENT : PHOTOGRAPHIC, Qt::CaseInsensitive) == 0) {
@@ -170,18 +182,24 @@ private:
         return PL_SUCCESS;
     }
 
-    void readEntry(QLatin1String line)
+    void readEntry(Span line)
     {
-        const int colon = line.indexOf(QLatin1Char(':'));
-        const int hash = line.indexOf(QLatin1Char('#'));
-        if (colon < 0 || (hash >= 0 && hash <= colon))
+        const char* colon = line.begin;
+        while (colon != line.end && *colon != ':' && *colon != '#')
+            ++colon;
+        if (colon == line.end || *colon != ':')
             return;
-        const QLatin1String key = line.left(colon).trimmed();
+        const Span trimmedLine = PLText::trimmed(line);
+        const qsizetype cut = colon - line.begin;
+        const qsizetype size = trimmedLine.size();
+        const char* start = trimmedLine.begin;
+        const QLatin1String key = latin1(PLText::trimmed(Span { start, start + qMin(cut, size) }));
         for (int column = 0; column < COLUMNS; ++column) {
             if (key.compare(columnKey(column), Qt::CaseInsensitive) == 0) {
-                QLatin1String value = line.mid(colon + 1);
-                const int comment = value.indexOf(QLatin1Char('#'));
-                values[m_current][column] = (comment < 0 ? value : value.left(comment)).trimmed();
+                Span value = PLText::trimmed(Span { start + qMin(cut + 1, size), trimmedLine.end });
+                if (const char* hash = PLText::find(value.begin, value.end, '#'))
+                    value = PLText::trimmed(Span { value.begin, hash });
+                values[m_current][column] = latin1(value);
             }
         }
     }
