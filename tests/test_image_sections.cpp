@@ -307,6 +307,28 @@ TEST(ImageSectionTest, OtherFamiliesAsSaved)
     }
 }
 
+// A new setup's defaults are what a luminescent section says when nothing is set.
+TEST(ImageSectionTest, DefaultSetupAsSaved)
+{
+    sIASetupInfo setup;
+    setup.m_tTimeStamp = STAMP;
+    CPLClickInfo doc;
+    ASSERT_EQ(
+        doc.addTiffImageSection(L1("luminescent image"), IMAGETYPE_LUMINESCENT, &setup, false),
+        PL_SUCCESS);
+    EXPECT_EQ(sectionText(doc, L1("luminescent image")),
+              L1("*** luminescent image:\tluminescent image\r\n"
+                 "Acquisition Date:\tTuesday, November 4, 2025\nAcquisition Time:\t23:46:40\n"
+                 "Acquisition Seconds:\t3845144800\nPixel Width:\t1\nPixel Height:\t1\n"
+                 "Image Units:\tcounts\nBinning Factor:\t8\n"
+                 "Luminescent Exposure (Seconds):\t\nLuminescent Exposure Units:\tsec\n"
+                 "EM Gain:\tHigh\nf Number:\t1\nField of View:\t\nRead Bias Level:\t\n"
+                 "Emission filter:\tOpen\nFilter Position:\t1\nExcitation filter:\tBlock\n"
+                 "Subject size:\t1.5\nError Wave:\tNo Error\nDemand Temperature:\t\n"
+                 "Measured Temperature:\t\nCosmic:\t0\nBackground Corrected:\t0\n"
+                 "Flat Field Corrected:\t0\n\n"));
+}
+
 TEST(ImageSectionTest, XrayImagingModeFollowsTheSetup)
 {
     const struct

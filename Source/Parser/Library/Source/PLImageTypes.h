@@ -64,35 +64,35 @@ struct OVPARSER_EXPORT sIASetupInfo
     virtual ~sIASetupInfo();
 
     // Text settings, in the order of their defaults.
-    QString m_strFluorescenceLevel = QStringLiteral("Medium"); // "Fluorescence level"
-    QString m_strFluorescenceLevelString = QStringLiteral("Medium"); // "Fluorescence level string"
-    QString m_strExcitationFilter = QStringLiteral("Block"); // "Excitation filter"
-    QString m_strEmissionFilter = QStringLiteral("Open"); // "Emission filter"
-    QString m_strStagePosition = QStringLiteral("Load"); // no key: where the stage stood
-    QString m_strEMGain = QStringLiteral("High"); // "EM Gain"
-    QString m_strPhotographBinning = QStringLiteral("2"); // no key: the photograph's binning
-    QString m_strBinningFactor = QStringLiteral("8"); // "Binning Factor"
+    QString m_strFluorescenceLevel { QLatin1String("Medium") }; // "Fluorescence level"
+    QString m_strFluorescenceLevelString { QLatin1String("Medium") }; // "Fluorescence level string"
+    QString m_strExcitationFilter { QLatin1String("Block") }; // "Excitation filter"
+    QString m_strEmissionFilter { QLatin1String("Open") }; // "Emission filter"
+    QString m_strStagePosition { QLatin1String("Load") }; // no key: where the stage stood
+    QString m_strEMGain { QLatin1String("High") }; // "EM Gain"
+    QString m_strPhotographBinning { QLatin1String("2") }; // no key: the photograph's binning
+    QString m_strBinningFactor { QLatin1String("8") }; // "Binning Factor"
     QString m_strFieldOfView; // "Field of View"
-    QString m_strDoorLock = QStringLiteral("Unlocked"); // no key: the state of the door lock
+    QString m_strDoorLock { QLatin1String("Unlocked") }; // no key: the state of the door lock
     QString m_strGridName; // "FL Grid Name"
     QString m_strXMotorPosition; // "FL X motor position"
     QString m_strYMotorPosition; // "FL Y motor position"
     QString m_strExposure; // "Luminescent Exposure (Seconds)"
-    QString m_strExposureUnits = QStringLiteral("sec"); // "Luminescent Exposure Units"
-    QString m_strFNumber = QStringLiteral("1"); // "f Number"
-    QString m_strFilterPosition = QStringLiteral("1"); // "Filter Position"
+    QString m_strExposureUnits { QLatin1String("sec") }; // "Luminescent Exposure Units"
+    QString m_strFNumber { QLatin1String("1") }; // "f Number"
+    QString m_strFilterPosition { QLatin1String("1") }; // "Filter Position"
     QString m_strReadBiasLevel; // "Read Bias Level"
     QString m_strDemandTemperature; // "Demand Temperature"
     QString m_strMeasuredTemperature; // "Measured Temperature"
-    QString m_strHeightReference = QStringLiteral("Coarse"); // "Height Reference"
+    QString m_strHeightReference { QLatin1String("Coarse") }; // "Height Reference"
     QString m_strBackgroundExposure; // "Background Exposure (Seconds)" of a fluorescent bkg
-    QString m_strRawBinning = QStringLiteral("8"); // "Raw Binning" of an FL reference
-    QString m_strXrayTubeVoltage = QStringLiteral("Low"); // "X-ray tube voltage"
-    QString m_strXrayTubeFilter = QStringLiteral("out"); // "X-ray tube filter"
+    QString m_strRawBinning { QLatin1String("8") }; // "Raw Binning" of an FL reference
+    QString m_strXrayTubeVoltage { QLatin1String("Low") }; // "X-ray tube voltage"
+    QString m_strXrayTubeFilter { QLatin1String("out") }; // "X-ray tube filter"
     QString m_strXrayTubePlateCurrent; // "X-ray tube plate current"
-    QString m_strExposureTimeSec = QStringLiteral("Auto"); // "Exposure Time Sec"
-    QString m_strStructuredLightLittleL = QStringLiteral("18"); // "Structured Light Little L"
-    QString m_strStructureFrequency = QStringLiteral("Auto"); // "Structure frequency"
+    QString m_strExposureTimeSec { QLatin1String("Auto") }; // "Exposure Time Sec"
+    QString m_strStructuredLightLittleL { QLatin1String("18") }; // "Structured Light Little L"
+    QString m_strStructureFrequency { QLatin1String("Auto") }; // "Structure frequency"
     QString m_strMVStageDistance; // "MV stage distance"
 
     // Integer pairs.
