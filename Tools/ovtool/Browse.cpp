@@ -326,13 +326,16 @@ bool readRow(const QString& file, ReadMode mode, Row* row, QString* reason)
                                     : readFullLoad(file, row, reason);
 }
 
-QStringList findAcquisitions(const QString& folder)
+QStringList findAcquisitions(const QString& folder, const std::function<void(int found)>& found)
 {
     QStringList files;
     QDirIterator it(folder, QStringList { PLConstants::CLICKINFO_FILENAME },
                     QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDirIterator::Subdirectories);
-    while (it.hasNext())
+    while (it.hasNext()) {
         files.append(it.next());
+        if (found)
+            found(files.size());
+    }
     std::sort(files.begin(), files.end());
     return files;
 }
@@ -340,7 +343,10 @@ QStringList findAcquisitions(const QString& folder)
 Result browse(const QString& folder, ReadMode mode,
               const std::function<void(int done, int total)>& progress)
 {
-    const QStringList files = findAcquisitions(folder);
+    const QStringList files = findAcquisitions(folder, [&](int found) {
+        if (progress)
+            progress(-1, found);
+    });
     Result result;
     result.rows.reserve(files.size());
     Row row;

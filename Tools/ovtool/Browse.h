@@ -49,8 +49,10 @@ QString dateTimeText(const QString& secondsSince1904);
 bool readRow(const QString& file, ReadMode mode, Row* row, QString* reason);
 
 // Every file named "ClickInfo.txt" in `folder` and below, sorted by path. Symbolic links to
-// folders are not followed.
-QStringList findAcquisitions(const QString& folder);
+// folders are not followed. `found`, when given, is called with the number found so far
+// after each file found.
+QStringList findAcquisitions(const QString& folder,
+                             const std::function<void(int found)>& found = {});
 
 struct Result
 {
@@ -58,7 +60,8 @@ struct Result
     QVector<Skipped> skipped;
 };
 // Finds and reads every acquisition below `folder`, in path order. `progress`, when given,
-// is called after each file with the number read and the number found.
+// is called while the files are found, with -1 and the number found so far, then after
+// each file read, with the number read and the number found.
 Result browse(const QString& folder, ReadMode mode = ReadMode::Lookup,
               const std::function<void(int done, int total)>& progress = {});
 

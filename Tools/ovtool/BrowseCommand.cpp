@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -26,7 +27,8 @@ const QString NOTES = QStringLiteral(
     "Numbers sort first, by value, then text in any case, then empty cells; --reverse\n"
     "turns that round. Rows with equal values keep the path order.\n");
 
-// Shows "N of M" on stderr, on a terminal, once the walk has taken a second; erased at the end.
+// Shows on stderr, on a terminal, once the walk has taken a second, how many acquisitions
+// have been found, then how many of them read; erased at the end.
 class Progress
 {
 public:
@@ -40,12 +42,17 @@ public:
         if (m_shown)
             std::fprintf(stderr, "\r%*s\r", m_width, "");
     }
+    // `done` is -1 while the files are found.
     void update(int done, int total)
     {
-        if (!m_enabled || m_clock.elapsed() < 1000
-            || (m_shown && m_last.elapsed() < 100 && done < total))
+        if (!m_enabled || m_clock.elapsed() < 1000 || (m_shown && m_last.elapsed() < 100))
             return;
-        m_width = std::fprintf(stderr, "\rovtool: browse: %d of %d acquisitions read", done, total);
+        const int width = done < 0
+            ? std::fprintf(stderr, "\rovtool: browse: %d acquisitions found", total)
+            : std::fprintf(stderr, "\rovtool: browse: %d of %d acquisitions read", done, total);
+        // Blanks over the rest of a longer line before.
+        std::fprintf(stderr, "%*s", std::max(0, m_width - width), "");
+        m_width = std::max(m_width, width);
         std::fflush(stderr);
         m_shown = true;
         m_last.start();
