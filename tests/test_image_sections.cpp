@@ -96,6 +96,16 @@ QStringList builtKeys(tag_eimagetype type, const sIASetupInfo& setup)
     return keysOf(doc, L1("image"));
 }
 
+// Adds the "luminescent image" section of a new setup taken at STAMP.
+void addDefaultLuminescent(CPLClickInfo& doc)
+{
+    sIASetupInfo setup;
+    setup.m_tTimeStamp = STAMP;
+    ASSERT_EQ(
+        doc.addTiffImageSection(L1("luminescent image"), IMAGETYPE_LUMINESCENT, &setup, false),
+        PL_SUCCESS);
+}
+
 TEST(ImageTypesTest, NamesOfTheTypes)
 {
     for (int type = 0; type <= 16; ++type)
@@ -310,12 +320,8 @@ TEST(ImageSectionTest, OtherFamiliesAsSaved)
 // A new setup's defaults are what a luminescent section says when nothing is set.
 TEST(ImageSectionTest, DefaultSetupAsSaved)
 {
-    sIASetupInfo setup;
-    setup.m_tTimeStamp = STAMP;
     CPLClickInfo doc;
-    ASSERT_EQ(
-        doc.addTiffImageSection(L1("luminescent image"), IMAGETYPE_LUMINESCENT, &setup, false),
-        PL_SUCCESS);
+    addDefaultLuminescent(doc);
     EXPECT_EQ(sectionText(doc, L1("luminescent image")),
               L1("*** luminescent image:\tluminescent image\r\n"
                  "Acquisition Date:\tTuesday, November 4, 2025\nAcquisition Time:\t23:46:40\n"
@@ -376,13 +382,10 @@ TEST(ImageSectionTest, PlaceInTheSectionOrder)
 
 TEST(ImageSectionTest, RefusedCallsLeaveTheDocumentAsItWas)
 {
-    sIASetupInfo setup;
-    setup.m_tTimeStamp = STAMP;
     CPLClickInfo doc;
-    ASSERT_EQ(
-        doc.addTiffImageSection(L1("luminescent image"), IMAGETYPE_LUMINESCENT, &setup, false),
-        PL_SUCCESS);
+    addDefaultLuminescent(doc);
     const QString before = doc.getClickInfoData();
+    sIASetupInfo setup;
     sIASetupInfo other;
     const struct
     {
