@@ -192,6 +192,9 @@ TEST_F(ovtoolBrowseTest, UsageErrors)
         { { L1("browse"), L1("--csv"), L1("--json"), L1("tree") },
           2,
           "ovtool: browse: --csv and --json exclude each other; see \"ovtool browse --help\"\n" },
+        { { L1("browse"), L1("--reverse"), L1("tree") },
+          2,
+          "ovtool: browse: --reverse needs --sort; see \"ovtool browse --help\"\n" },
         { { L1("browse"), L1("c.txt") }, 1, "ovtool: c.txt: not a folder\n" },
         { { L1("browse"), L1("missing") }, 1, "ovtool: missing: not a folder\n" },
     };

@@ -95,6 +95,9 @@ int runBrowse(const QStringList& arguments)
     if (commandLine.isSet(QStringLiteral("csv")) && commandLine.isSet(QStringLiteral("json")))
         return usageError(QStringLiteral("browse: --csv and --json exclude each other"),
                           QStringLiteral("browse"));
+    if (commandLine.isSet(QStringLiteral("reverse")) && !commandLine.isSet(QStringLiteral("sort")))
+        return usageError(QStringLiteral("browse: --reverse needs --sort"),
+                          QStringLiteral("browse"));
     int sortColumn = -1;
     if (commandLine.isSet(QStringLiteral("sort"))) {
         sortColumn = OvBrowse::columnIndex(commandLine.value(QStringLiteral("sort")));

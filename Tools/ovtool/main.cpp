@@ -35,9 +35,12 @@ const Command COMMANDS[] = {
 QString commandsHelp()
 {
     QString text = QStringLiteral("Commands:\n");
+    int width = 0;
     for (const Command& command : COMMANDS)
-        text += QLatin1String("  ") + QString(command.name).leftJustified(6) + command.summary
-            + QLatin1Char('\n');
+        width = std::max(width, int(command.name.size()));
+    for (const Command& command : COMMANDS)
+        text += QLatin1String("  ") + QString(command.name).leftJustified(width + 2)
+            + command.summary + QLatin1Char('\n');
     return text
         + QLatin1String("\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
                         "matched in any case. Text is shown in the locale's encoding.\n");

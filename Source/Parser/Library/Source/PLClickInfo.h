@@ -155,10 +155,10 @@ public:
     // document is unchanged in each case), else 0.
     int addTiffImageSection(const QString& sectionName, tag_eimagetype type,
                             const sIASetupInfo* setup, bool replace);
-    // Adds the section of the image file at `imagePath`: the section name is the file name,
-    // the text after the path's last "/". When the document has a "User Input" section, its
-    // "User ID" is set to `userId` (the key is added when the section lacks it). Then as
-    // addTiffImageSection(); 48 for a type outside 0 to 19 before anything is changed.
+    // Adds the section of the image file at `imagePath` as addTiffImageSection() does, and
+    // returns its status: the section name is the file name, the text after the path's last
+    // "/". When the section is added and the document has a "User Input" section, its "User
+    // ID" is set to `userId` (the key is added when the section lacks it).
     int addImageSection(const QString& imagePath, const QString& userId, tag_eimagetype type,
                         const sIASetupInfo* setup, bool replace);
     // Gives the acquisition of an image of `type` its "User Input" section, when it has

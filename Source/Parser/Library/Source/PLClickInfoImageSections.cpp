@@ -430,12 +430,12 @@ int CPLClickInfo::addTiffImageSection(const QString& sectionName, tag_eimagetype
 int CPLClickInfo::addImageSection(const QString& imagePath, const QString& userId,
                                   tag_eimagetype type, const sIASetupInfo* setup, bool replace)
 {
-    if (type < 0 || type >= PL_IMAGETYPE_COUNT)
-        return PL_OUT_OF_RANGE;
-    if (CPLSection* userInput = (*this)[PLConstants::USERINPUT_SECTION_KEY])
-        putValue(*userInput, PLConstants::USERID_KEY, userId);
     const int slash = imagePath.lastIndexOf(QLatin1Char('/'));
-    return addTiffImageSection(imagePath.mid(slash + 1), type, setup, replace);
+    const int status = addTiffImageSection(imagePath.mid(slash + 1), type, setup, replace);
+    CPLSection* userInput = (*this)[PLConstants::USERINPUT_SECTION_KEY];
+    if (status == PL_SUCCESS && userInput)
+        putValue(*userInput, PLConstants::USERID_KEY, userId);
+    return status;
 }
 
 int CPLClickInfo::addTiffUserSection(tag_eimagetype type, const QString& userId)
