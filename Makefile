@@ -1,7 +1,8 @@
 # Set-up and everyday commands. Each target installs the system packages it needs (Debian and
 # Ubuntu; see scripts/install-deps.sh), then configures and builds with CMake.
 #
-#   make run     build and show the bundled samples (acquisition, settings, label sets) with ovtool
+#   make run     build and show the bundled samples with ovtool: an acquisition, the browse
+#                table of samples/, settings files and label sets
 #   make test    build and run every test
 #   make bench   Release build of the benchmarks, run with the target ratios
 #   make fuzz    run each fuzz target for FUZZ_SECONDS (30) seconds
@@ -33,6 +34,7 @@ run:
 	bash scripts/install-deps.sh build
 	$(build_tree)
 	$(BUILD_DIR)/Tools/ovtool/ovtool show $(SAMPLE)
+	$(BUILD_DIR)/Tools/ovtool/ovtool browse samples
 	$(BUILD_DIR)/Tools/ovtool/ovtool settings --tag "ROI File" samples/settings/ROISettings.txt
 	$(BUILD_DIR)/Tools/ovtool/ovtool settings --filter Custom samples/settings/Presets
 	$(BUILD_DIR)/Tools/ovtool/ovtool labels samples/settings/UserLabelNames.txt

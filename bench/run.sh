@@ -12,7 +12,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build=${BUILD_DIR:-$root/build-bench}
 
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=Release \
-    -DOVPARSER_BUILD_BENCH=ON -DOVPARSER_BUILD_TESTS=OFF -DOVPARSER_BUILD_TOOLS=OFF >/dev/null
+    -DOVPARSER_BUILD_BENCH=ON -DOVPARSER_BUILD_TESTS=OFF -DOVPARSER_BUILD_TOOLS=ON >/dev/null
 cmake --build "$build" --target bench_ovparser -j "${JOBS:-2}"
 
 # Without options: three repetitions of each benchmark, interleaved at random so that a

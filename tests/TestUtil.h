@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <ostream>
 
 // Readable failure messages: print the text, not the raw QChar array.
@@ -27,6 +28,14 @@ inline void PrintTo(const QStringList& list, std::ostream* os)
 inline QString L1(const char* text)
 {
     return QString::fromLatin1(text);
+}
+
+inline QStringList L1List(std::initializer_list<const char*> texts)
+{
+    QStringList list;
+    for (const char* text : texts)
+        list.append(L1(text));
+    return list;
 }
 
 inline QByteArray readBytes(const QString& path)

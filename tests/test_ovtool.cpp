@@ -90,6 +90,7 @@ protected:
         process.setWorkingDirectory(m_dir.path());
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(L1("LC_ALL"), L1("C.UTF-8"));
+        environment.insert(L1("TZ"), L1("UTC")); // browse shows local dates and times
         process.setProcessEnvironment(environment);
         if (shellPrefix.isEmpty())
             process.start(L1(OVTOOL_PATH), arguments);
@@ -120,6 +121,94 @@ protected:
     QByteArray m_sample;
     QByteArray m_annotated;
 };
+
+// Copies of the bundled acquisitions in "tree/", and in "broken/" the same with one
+// acquisition whose section header is malformed.
+class ovtoolBrowseTest : public ovtoolTest
+{
+protected:
+    void SetUp() override
+    {
+        ovtoolTest::SetUp();
+        QStringList acquisitions;
+        for (const QString& folder :
+             QDir(L1(OVPARSER_SAMPLES)).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            if (QFile::exists(L1(OVPARSER_SAMPLES "/") + folder + L1("/ClickInfo.txt")))
+                acquisitions += folder;
+        }
+        ASSERT_EQ(acquisitions.size(), 3);
+        for (const char* tree : { "tree", "broken" }) {
+            for (const QString& acquisition : acquisitions) {
+                const QString folder = L1(tree) + L1("/") + acquisition;
+                ASSERT_TRUE(QDir(m_dir.path()).mkpath(folder));
+                writeBytes(
+                    m_dir.filePath(folder + L1("/ClickInfo.txt")),
+                    readBytes(L1(OVPARSER_SAMPLES "/") + acquisition + L1("/ClickInfo.txt")));
+            }
+        }
+        ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1("broken/sub/AB20261106000000_001")));
+        writeBytes(path("broken/sub/AB20261106000000_001/ClickInfo.txt"),
+                   "*** ClickNumber:\tAB20261106000000_001\n\n*** photographic image # x:\ty\n");
+    }
+};
+
+TEST_F(ovtoolBrowseTest, OutputMatchesTheGoldenFiles)
+{
+    const struct
+    {
+        QStringList arguments;
+        const char* golden;
+    } cases[] = {
+        { { L1("browse"), L1("tree") }, "browse-table.txt" },
+        { { L1("browse"), L1("--csv"), L1("tree") }, "browse.csv" },
+        { { L1("browse"), L1("--json"), L1("tree/") }, "browse.json" },
+        { { L1("browse"), L1("--sort"), L1("BINNING"), L1("tree") }, "browse-sort-binning.txt" },
+        { { L1("browse"), L1("--sort"), L1("Date and Time"), L1("--reverse"), L1("--csv"),
+            L1("tree") },
+          "browse-sort-date-reverse.csv" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(succeed(c.arguments), readBytes(DATA + L1(c.golden))) << c.golden;
+}
+
+TEST_F(ovtoolBrowseTest, MalformedAcquisitionIsReportedAndLeftOut)
+{
+    const Result result = ovtool({ L1("browse"), L1("broken") });
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "ovtool: broken/sub/AB20261106000000_001/ClickInfo.txt: line 3: malformed section "
+              "header (a header is \"*** \", a key, a colon, and no \"#\" before the colon); "
+              "left out\n");
+    EXPECT_EQ(result.out, readBytes(DATA + L1("browse-table.txt")).replace("tree/", "broken/"));
+}
+
+TEST_F(ovtoolBrowseTest, UsageErrors)
+{
+    const struct
+    {
+        QStringList arguments;
+        int exitCode;
+        QByteArray err;
+    } cases[] = {
+        { { L1("browse"), L1("--sort"), L1("Gain"), L1("tree") },
+          2,
+          "ovtool: browse: no column \"Gain\"; see \"ovtool browse --help\"\n" },
+        { { L1("browse"), L1("--csv"), L1("--json"), L1("tree") },
+          2,
+          "ovtool: browse: --csv and --json exclude each other; see \"ovtool browse --help\"\n" },
+        { { L1("browse"), L1("--reverse"), L1("tree") },
+          2,
+          "ovtool: browse: --reverse needs --sort; see \"ovtool browse --help\"\n" },
+        { { L1("browse"), L1("c.txt") }, 1, "ovtool: c.txt: not a folder\n" },
+        { { L1("browse"), L1("missing") }, 1, "ovtool: missing: not a folder\n" },
+    };
+    for (const auto& c : cases) {
+        const Result result = ovtool(c.arguments);
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments.join(L1(" ")).toStdString();
+        EXPECT_EQ(result.err, c.err);
+        EXPECT_EQ(result.out, QByteArray());
+    }
+}
 
 TEST_F(ovtoolTest, OutputMatchesTheGoldenFiles)
 {

@@ -13,6 +13,7 @@ int runAdd(const QStringList& arguments);
 int runJson(const QStringList& arguments);
 int runSettings(const QStringList& arguments);
 int runLabels(const QStringList& arguments);
+int runBrowse(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

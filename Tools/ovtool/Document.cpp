@@ -15,22 +15,6 @@ namespace {
 const QString NO_SECTIONS
     = QStringLiteral("the file holds no sections (no line begins with \"***\")");
 
-QString loadFailure(int status)
-{
-    switch (status) {
-    case PL_FILE_OPEN_FAILED:
-        return QStringLiteral("cannot open the file");
-    case PL_MALFORMED_SECTION_HEADER:
-        return QStringLiteral("malformed section header (a header is \"*** \", a key, a colon, "
-                              "and no \"#\" before the colon)");
-    case PL_NOTHING_TO_WORK_ON:
-        return QStringLiteral("section header without a key, or a \"ClickNumber\" section "
-                              "without a click number");
-    default:
-        return QStringLiteral("cannot load the file (library status %1)").arg(status);
-    }
-}
-
 // Where a load stopped: the line of the file, or of the last metadata copy of a DICOM file.
 QString lineLocation(const QString& path, int line)
 {
@@ -64,6 +48,22 @@ bool isLatin1(const QString& text)
 }
 
 } // namespace
+
+QString loadFailure(int status)
+{
+    switch (status) {
+    case PL_FILE_OPEN_FAILED:
+        return QStringLiteral("cannot open the file");
+    case PL_MALFORMED_SECTION_HEADER:
+        return QStringLiteral("malformed section header (a header is \"*** \", a key, a colon, "
+                              "and no \"#\" before the colon)");
+    case PL_NOTHING_TO_WORK_ON:
+        return QStringLiteral("section header without a key, or a \"ClickNumber\" section "
+                              "without a click number");
+    default:
+        return QStringLiteral("cannot load the file (library status %1)").arg(status);
+    }
+}
 
 bool isDicomPath(const QString& path)
 {

@@ -14,6 +14,9 @@ class CPLSection;
 // saveClickInfo() follows, a path ending in ".dcm" in that case.
 bool isDicomPath(const QString& path);
 
+// What a load status other than success means, in words.
+QString loadFailure(int status);
+
 // Loads the document at `path`, from the last metadata copy for a DICOM path. On failure,
 // also when the file holds no section at all, reports it and returns false.
 bool loadDocument(const QString& path, CPLClickInfo* document);

@@ -70,10 +70,10 @@ int runSettings(const QStringList& arguments)
                        "files: each entry's menu name and the file it points to."));
     commandLine.addArgument(QStringLiteral("PATH"),
                             QStringLiteral("A settings file, or a folder of \"txt\" files."));
-    commandLine.addOption(QStringLiteral("tag"), QStringLiteral("TAG"),
+    commandLine.addValueOption(QStringLiteral("tag"), QStringLiteral("TAG"),
                           QStringLiteral("File only: lists only the sections whose key contains "
                                          "TAG (case matters), e.g. \"ROI File\"."));
-    commandLine.addOption(QStringLiteral("filter"), QStringLiteral("TEXT"),
+    commandLine.addValueOption(QStringLiteral("filter"), QStringLiteral("TEXT"),
                           QStringLiteral("File: only sections whose key also contains TEXT. "
                                          "Folder: only files whose name begins with TEXT (case "
                                          "matters)."));

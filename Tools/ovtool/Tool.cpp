@@ -128,8 +128,8 @@ void CommandLine::addOption(const QString& name, const QString& description)
     m_parser.addOption({ name, description });
 }
 
-void CommandLine::addOption(const QString& name, const QString& valueName,
-                            const QString& description)
+void CommandLine::addValueOption(const QString& name, const QString& valueName,
+                                 const QString& description)
 {
     m_parser.addOption({ name, description, valueName });
 }

@@ -57,8 +57,8 @@ public:
     CommandLine(const QString& command, const QString& description);
     void addArgument(const QString& name, const QString& description);
     void addOption(const QString& name, const QString& description);
-    // An option that takes a value, shown as "--name VALUE" in --help.
-    void addOption(const QString& name, const QString& valueName, const QString& description);
+    // An option that takes a value, shown as `valueName` in --help.
+    void addValueOption(const QString& name, const QString& valueName, const QString& description);
     // Text shown after the arguments in --help.
     void setNotes(const QString& notes) { m_notes = notes; }
 

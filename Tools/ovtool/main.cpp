@@ -28,6 +28,8 @@ const Command COMMANDS[] = {
     { QLatin1String("set"), QLatin1String("Changes the value of a key the file holds."), runSet },
     { QLatin1String("add"), QLatin1String("Adds a key, and its section when absent."), runAdd },
     { QLatin1String("json"), QLatin1String("Prints the document as JSON."), runJson },
+    { QLatin1String("browse"), QLatin1String("Lists the acquisitions in a folder tree."),
+      runBrowse },
     { QLatin1String("settings"),
       QLatin1String("Lists the menu entries of a settings file or folder."), runSettings },
     { QLatin1String("labels"), QLatin1String("Lists the label-name sets and their labels."),
@@ -36,13 +38,13 @@ const Command COMMANDS[] = {
 
 QString commandsHelp()
 {
+    QString text = QStringLiteral("Commands:\n");
     int width = 0;
     for (const Command& command : COMMANDS)
-        width = std::max(width, command.name.size() + 1);
-    QString text = QStringLiteral("Commands:\n");
+        width = std::max(width, int(command.name.size()));
     for (const Command& command : COMMANDS)
-        text += QLatin1String("  ") + QString(command.name).leftJustified(width) + command.summary
-            + QLatin1Char('\n');
+        text += QLatin1String("  ") + QString(command.name).leftJustified(width + 2)
+            + command.summary + QLatin1Char('\n');
     return text
         + QLatin1String("\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
                         "matched in any case. Text is shown in the locale's encoding.\n");

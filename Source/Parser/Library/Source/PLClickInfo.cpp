@@ -496,14 +496,9 @@ int CPLClickInfo::saveClickInfo(const QString& filePath) const
 
 int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)
 {
-    if (!isSectionPresent(PLConstants::USERINPUT_SECTION_KEY)) {
-        CPLSection* userInput = addNewSection(PLConstants::USERINPUT_SECTION_KEY,
-                                              PLConstants::USERLABELSET_DEFAULT_SECTIONNAME);
-        if (!userInput)
-            return PL_NOTHING_TO_WORK_ON;
-        for (const QString& label : PLConstants::strUserLabelSetKeys)
-            userInput->addKeyValue(label, QString());
-    }
+    const int status = addDefaultUserInputSection();
+    if (status != PL_SUCCESS)
+        return status;
     CPLSection* graph = (*this)[PLConstants::GRAPHCONTROLS_SECTION_KEY];
     if (!graph)
         graph = addNewSection(PLConstants::GRAPHCONTROLS_SECTION_KEY,
@@ -516,6 +511,19 @@ int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)
                                PLConstants::strGraphSectionValues[i]);
     }
     return withAnalysisSection ? appendAnalysisUserInputSection() : PL_SUCCESS;
+}
+
+int CPLClickInfo::addDefaultUserInputSection()
+{
+    if (isSectionPresent(PLConstants::USERINPUT_SECTION_KEY))
+        return PL_SUCCESS;
+    CPLSection* userInput = addNewSection(PLConstants::USERINPUT_SECTION_KEY,
+                                          PLConstants::USERLABELSET_DEFAULT_SECTIONNAME);
+    if (!userInput)
+        return PL_NOTHING_TO_WORK_ON;
+    for (const QString& label : PLConstants::strUserLabelSetKeys)
+        userInput->addKeyValue(label, QString());
+    return PL_SUCCESS;
 }
 
 int CPLClickInfo::appendAnalysisUserInputSection()

@@ -2,6 +2,7 @@
 #define PLCLICKINFO_H
 
 #include "PLCaseInsensitiveKey.h"
+#include "PLImageTypes.h"
 #include "ovparser_global.h"
 
 #include <QHash>
@@ -127,6 +128,55 @@ public:
     // values. A section already present is kept. Returns 0.
     int appendAnalysisUserInputSection();
 
+    // The sections of a newly acquired image (PLClickInfoImageSections.cpp).
+    //
+    // Adds the section that describes an image of `type`, built from `setup`: its key and
+    // name are `sectionName`, and it holds, in this order, the acquisition date, time and
+    // seconds (in 1904-based seconds) of the setup's time stamp with "Pixel Width" and
+    // "Pixel Height" 1; for IMAGETYPE_FIXED_STAMP the same five keys again with the fixed
+    // stamp "13/12/2022", "12:40", "23" (the section then holds each twice, and both read the
+    // fixed value); "Imaging Angle" for an angled view (PL_VIEWMODE_ANGLED); then the keys
+    // of the type: the luminescent family (1, 9, 17) its exposure, optics, filters, the
+    // fluorescence keys of a fluorescent setup and the "FL Grid" keys when a grid is used,
+    // then "Error Wave", the normalisation keys (type 9 only), the temperatures and
+    // "Cosmic", "Background Corrected" and "Flat Field Corrected" ("1" for type 17, "0" for
+    // 1 and 9); the photograph (0) and the bias image (5) the binning, read bias,
+    // temperatures and multiplier (the photograph first "Side View Mirror Enabled" when the
+    // mirror is used); the structure (7), fluorescent background (8), x-ray (12, with its
+    // "Imaging Mode"; "Large animal x-rayed" is not written) and fixed-stamp (19) images
+    // their own keys; every other type nothing more. sIASetupInfo says which field feeds
+    // which key; numbers are written in plain decimal.
+    //
+    // The section is added at the end, except a calibration image (types 2, 3, 4), which
+    // goes before a "readbiasonly image" section when there is one, so that calibration
+    // sections stay together. When a section of that name is present, `replace` replaces it
+    // in its place; without `replace` the document is left as it is and 31 returned.
+    // Returns 48 for a type outside 0 to 19, 16 for a null setup, 33 for an empty name (the
+    // document is unchanged in each case), else 0.
+    int addTiffImageSection(const QString& sectionName, tag_eimagetype type,
+                            const sIASetupInfo* setup, bool replace);
+    // Adds the section of the image file at `imagePath` as addTiffImageSection() does, and
+    // returns its status: the section name is the file name, the text after the path's last
+    // "/". When the section is added and the document has a "User Input" section, its "User
+    // ID" is set to `userId` (the key is added when the section lacks it).
+    int addImageSection(const QString& imagePath, const QString& userId, tag_eimagetype type,
+                        const sIASetupInfo* setup, bool replace);
+    // Gives the acquisition of an image of `type` its "User Input" section, when it has
+    // none: named after the default label set ("Orvane Universal"), with an empty value for
+    // each label of PLConstants::strUserLabelSetKeys; then sets its "User ID" to `userId`
+    // (added after the labels when absent). Labels already entered are kept. Calibration
+    // images (types 2, 3, 4) are taken by the instrument, not for a user: they add nothing.
+    // Returns 48 for a type outside 0 to 19, else 0.
+    int addTiffUserSection(tag_eimagetype type, const QString& userId);
+    // Gives the document its "ClickNumber" section, first in the order, named `clickNumber`
+    // (trimmed), and makes that the document's click number. The section holds
+    // "ClickInfoType" "RawData", "Acquired From File" and "Modified Since Saved", "Yes" or
+    // "No" after the two flags. A section already present is renamed and those three keys
+    // set (added when absent); its other keys are kept. Returns 33 for an empty click
+    // number (nothing changed), else 0.
+    int addTiffClickNumberSection(bool acquiredFromFile, bool modifiedSinceSaved,
+                                  const QString& clickNumber);
+
     // Whether a section with this key is present, in any case.
     bool isSectionPresent(const QString& sectionKey) const;
     // The section with this key, in any case, or null. The document keeps ownership.
@@ -195,6 +245,9 @@ protected:
     // Hands a section to addSection() and releases it from `section` when the document took
     // it; otherwise `section` still owns it. Returns the status of addSection().
     int adoptSection(std::unique_ptr<CPLSection>& section);
+    // Adds a "User Input" section named after the default label set, with an empty value for
+    // each of its labels, when there is none. 0, or 33 when it cannot be added.
+    int addDefaultUserInputSection();
 
     QString m_strClickNumber;
     // Every section under its key, in any case; the document owns them.

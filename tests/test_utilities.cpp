@@ -1,0 +1,91 @@
+// The date, time and text helpers, checked against Qt's own date and time formatting.
+
+#include "PLUtilities.h"
+#include "TestUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <QDate>
+#include <QLocale>
+#include <QTime>
+
+#include <cmath>
+
+namespace {
+
+std::tm calendarTime(const QDate& date, const QTime& time = QTime(0, 0))
+{
+    std::tm tm {};
+    tm.tm_year = date.year() - 1900;
+    tm.tm_mon = date.month() - 1;
+    tm.tm_mday = date.day();
+    tm.tm_wday = date.dayOfWeek() % 7; // Qt counts Monday 1 to Sunday 7
+    tm.tm_hour = time.hour();
+    tm.tm_min = time.minute();
+    tm.tm_sec = time.second();
+    return tm;
+}
+
+TEST(UtilitiesTest, LongDateHasOneDigitDaysAndEveryWeekdayAndMonth)
+{
+    const QLocale c = QLocale::c();
+    // Days 1 to 10 of every month of a leap year and a later year: each weekday and month
+    // name, days on both sides of 10.
+    for (const int year : { 1999, 2024, 2026 }) {
+        for (int month = 1; month <= 12; ++month) {
+            for (int day = 1; day <= 10; ++day) {
+                const QDate date(year, month, day);
+                const std::tm tm = calendarTime(date);
+                EXPECT_EQ(getDateOVSFormat(&tm), c.toString(date, L1("dddd, MMMM d, yyyy")))
+                    << date.toString(Qt::ISODate).toStdString();
+            }
+        }
+    }
+    const std::tm example = calendarTime(QDate(2009, 1, 5));
+    EXPECT_EQ(getDateOVSFormat(&example), L1("Monday, January 5, 2009"));
+}
+
+TEST(UtilitiesTest, TimeHasTwoDigitsInEachField)
+{
+    for (int hour = 0; hour < 24; ++hour) {
+        for (const int minuteAndSecond : { 0, 5, 9, 10, 59 }) {
+            const QTime time(hour, minuteAndSecond, 59 - minuteAndSecond);
+            const std::tm tm = calendarTime(QDate(2026, 11, 4), time);
+            EXPECT_EQ(getTimeOVSFormat(&tm), time.toString(L1("HH:mm:ss")));
+        }
+    }
+}
+
+TEST(UtilitiesTest, SecondsSince1904AreCutTowardZero)
+{
+    // Independent: whole seconds by truncation of the sum.
+    for (const double t : { 0.0, 1.0, 0.999999, 1231113600.75, 1762300000.5, 4102444800.25, -1.0,
+                            -2082844800.0, -2082844801.75, -2082844900.5, -3e9 }) {
+        const double sum = t + 2082844800.0;
+        EXPECT_EQ(getTimefrom1904(t), QString::number(qint64(std::trunc(sum)))) << t;
+    }
+    EXPECT_EQ(getTimefrom1904(1231113600.75), L1("3313958400"));
+    // Less than a second before 1904: the "-" of the fraction stays.
+    EXPECT_EQ(getTimefrom1904(-2082844800.5), L1("-0"));
+}
+
+TEST(UtilitiesTest, CamelCaseCapitalisesEachBlankSeparatedWord)
+{
+    const struct
+    {
+        const char* in;
+        const char* out;
+    } cases[] = {
+        { "  dark   charge image", "Dark Charge Image" },
+        { "rEAD bias", "READ Bias" },
+        { "", "" },
+        { "    ", "" },
+        { "tab\tinside word ", "Tab\tinside Word" },
+        { "3d view, (new)", "3d View, (new)" },
+        { "\xe9t\xe9 x", "\xc9t\xe9 X" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(camelCaseString(L1(c.in)), L1(c.out)) << c.in;
+}
+
+} // namespace
