@@ -26,5 +26,7 @@ constexpr int PL_NOTHING_TO_WORK_ON = 33;
 constexpr int PL_OUT_OF_RANGE = 48;
 // The section named in a typed get or set is not present in the document.
 constexpr int PL_SECTION_NOT_PRESENT = 49;
+// An XML document is not well-formed.
+constexpr int PL_MALFORMED_XML = 50;
 
 #endif // PLSTATUS_H
