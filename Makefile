@@ -1,7 +1,7 @@
 # Set-up and everyday commands. Each target installs the system packages it needs (Debian and
 # Ubuntu; see scripts/install-deps.sh), then configures and builds with CMake.
 #
-#   make run     build and show the bundled sample acquisition with ovtool
+#   make run     build and show the bundled samples with ovtool
 #   make test    build and run every test
 #   make bench   Release build of the benchmarks, run with the target ratios
 #   make fuzz    run each fuzz target for FUZZ_SECONDS (30) seconds
@@ -14,6 +14,7 @@ ASAN_DIR    ?= build-asan
 FUZZ_SECONDS ?= 30
 BUILD_TYPE  ?= RelWithDebInfo
 SAMPLE      := samples/KL20261104142207_001/ClickInfo.txt
+SPECTRAL_SAMPLE := samples/spectral/SpectralAnalysis.xml
 FUZZ_TARGETS := $(basename $(notdir $(wildcard fuzz/fuzz_*.cpp)))
 
 # Sanitizer settings of `make asan` (the same as in .ci/run): stop at the first report, leaks
@@ -33,6 +34,7 @@ run:
 	bash scripts/install-deps.sh build
 	$(build_tree)
 	$(BUILD_DIR)/Tools/ovtool/ovtool show $(SAMPLE)
+	$(BUILD_DIR)/Tools/ovtool/ovtool spectral $(SPECTRAL_SAMPLE)
 
 test:
 	bash scripts/install-deps.sh build test xml

@@ -11,6 +11,7 @@ int runGet(const QStringList& arguments);
 int runSet(const QStringList& arguments);
 int runAdd(const QStringList& arguments);
 int runJson(const QStringList& arguments);
+int runSpectral(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

@@ -28,13 +28,15 @@ const Command COMMANDS[] = {
     { QLatin1String("set"), QLatin1String("Changes the value of a key the file holds."), runSet },
     { QLatin1String("add"), QLatin1String("Adds a key, and its section when absent."), runAdd },
     { QLatin1String("json"), QLatin1String("Prints the document as JSON."), runJson },
+    { QLatin1String("spectral"),
+      QLatin1String("Summarises a spectral-analysis XML file (--json for JSON)."), runSpectral },
 };
 
 QString commandsHelp()
 {
     QString text = QStringLiteral("Commands:\n");
     for (const Command& command : COMMANDS)
-        text += QLatin1String("  ") + QString(command.name).leftJustified(6) + command.summary
+        text += QLatin1String("  ") + QString(command.name).leftJustified(10) + command.summary
             + QLatin1Char('\n');
     return text
         + QLatin1String("\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
@@ -54,7 +56,7 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(
         QStringLiteral("Shows and edits the metadata of an optical imaging acquisition: its\n"
                        "ClickInfo.txt, or the metadata appended to a DICOM file (a path ending\n"
-                       "in \".dcm\")."));
+                       "in \".dcm\"); summarises spectral-analysis results."));
     // Everything after the command belongs to the command.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOption(helpOption());

@@ -9,8 +9,8 @@
 
 #include <memory>
 
+class CPLXMLReader;
 class QByteArray;
-class QDomElement;
 class QIODevice;
 class QSaveFile;
 
@@ -290,6 +290,9 @@ public:
     int loadSpectralXMLFile(const QString& fileName);
     // The same on XML in memory (no 11).
     int loadSpectralXMLData(const QByteArray& data);
+    // The same on a document `reader` has parsed (whose getErrorLine() and getErrorColumn()
+    // tell where a malformed one failed): 24 for another root, or none, else 0.
+    int loadSpectralXML(const CPLXMLReader& reader);
 
     // The get operations return 33 when no document is loaded, 16 for a null pointer, and
     // 24 when the document lacks the element asked for; else 0.
@@ -318,7 +321,6 @@ private:
     void writeOpen(int elementId, const AttrMap& attrs);
     void writeAtom(int elementId, const AttrMap& attrs);
     void writeClose(int elementId);
-    int load(const QDomElement& root);
 
     std::unique_ptr<QSaveFile> m_file;
     std::unique_ptr<CPLXMLWriter> m_writer;

@@ -185,7 +185,7 @@ int CPLSpectralWrapper::loadSpectralXMLFile(const QString& fileName)
     m_bLoaded = false;
     CPLXMLReader reader;
     const int status = reader.loadXMLFile(fileName);
-    return status == PL_SUCCESS ? load(reader.getRootElement()) : status;
+    return status == PL_SUCCESS ? loadSpectralXML(reader) : status;
 }
 
 int CPLSpectralWrapper::loadSpectralXMLData(const QByteArray& data)
@@ -193,11 +193,13 @@ int CPLSpectralWrapper::loadSpectralXMLData(const QByteArray& data)
     m_bLoaded = false;
     CPLXMLReader reader;
     const int status = reader.loadXMLData(data);
-    return status == PL_SUCCESS ? load(reader.getRootElement()) : status;
+    return status == PL_SUCCESS ? loadSpectralXML(reader) : status;
 }
 
-int CPLSpectralWrapper::load(const QDomElement& root)
+int CPLSpectralWrapper::loadSpectralXML(const CPLXMLReader& reader)
 {
+    m_bLoaded = false;
+    const QDomElement root = reader.getRootElement();
     if (root.tagName() != elementName(Root))
         return PL_KEY_NOT_FOUND;
     const QDomElement attributes = root.firstChildElement(elementName(Attributes));
