@@ -2,10 +2,13 @@
 
 #include "PLClickInfo.h"
 #include "PLSectionScanner.h"
+#include "PLSpectralWrapper.h"
 #include "PLStatus.h"
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QString>
+#include <QXmlStreamReader>
 #include <QtGlobal>
 
 #include <algorithm>
@@ -145,6 +148,35 @@ int firstDifference(const QString& a, const QString& b)
     return i;
 }
 
+// The bytes writeSpectralDocument() writes for `document`; empty when it fails.
+QByteArray spectralBytes(const _tagSSpectralDocument& document)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CPLSpectralWrapper writer;
+    if (writer.createSpectralXMLDocument(&buffer) != PL_SUCCESS
+        || writer.writeSpectralDocument(document) != PL_SUCCESS)
+        return QByteArray();
+    return buffer.data();
+}
+
+// Reads `bytes` whole: the status of the load, or of getSpectralDocument() after it.
+int readSpectral(const QByteArray& bytes, _tagSSpectralDocument* document)
+{
+    CPLSpectralWrapper reader;
+    const int status = reader.loadSpectralXMLData(bytes);
+    return status == PL_SUCCESS ? reader.getSpectralDocument(document) : status;
+}
+
+// Whether QXmlStreamReader reads `bytes` to the end without an error.
+bool wellFormed(const QByteArray& bytes)
+{
+    QXmlStreamReader xml(bytes);
+    while (!xml.atEnd())
+        xml.readNext();
+    return !xml.hasError();
+}
+
 void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
     // Fatal messages stop the program right after the handler; say why first.
@@ -225,6 +257,35 @@ std::string checkObtainValue(const uint8_t* data, size_t size)
     default:
         return "unexpected status " + std::to_string(status);
     }
+}
+
+std::string checkSpectral(const uint8_t* data, size_t size)
+{
+    if (size > size_t(std::numeric_limits<int>::max()))
+        return std::string();
+    _tagSSpectralDocument document;
+    const int status
+        = readSpectral(QByteArray(reinterpret_cast<const char*>(data), int(size)), &document);
+    if (status != PL_SUCCESS && status != PL_MALFORMED_XML && status != PL_KEY_NOT_FOUND)
+        return "unexpected status " + std::to_string(status) + " reading the input";
+    if (status != PL_SUCCESS)
+        return std::string();
+
+    const QByteArray first = spectralBytes(document);
+    if (first.isEmpty())
+        return "a document read could not be written";
+    if (!wellFormed(first))
+        return "the document written is not well-formed XML";
+    _tagSSpectralDocument again;
+    const int againStatus = readSpectral(first, &again);
+    if (againStatus != PL_SUCCESS)
+        return "the document written does not read again, status " + std::to_string(againStatus);
+    const QByteArray second = spectralBytes(again);
+    if (second != first)
+        return "a document read back is written differently: the writes differ at offset "
+            + std::to_string(
+                   firstDifference(QString::fromLatin1(first), QString::fromLatin1(second)));
+    return std::string();
 }
 
 void silenceMessages()

@@ -25,6 +25,11 @@ std::string checkClickInfo(const uint8_t* data, size_t size);
 // the rest the buffer searched.
 std::string checkObtainValue(const uint8_t* data, size_t size);
 
+// The spectral-analysis document: the input read with loadSpectralXMLData(). A document read
+// whole is written again; what is written must be well-formed for QXmlStreamReader, read
+// again, and be written to the same bytes (values read back at the precision written).
+std::string checkSpectral(const uint8_t* data, size_t size);
+
 // Drops the library's log messages (malformed input is logged), which would otherwise flood
 // a fuzzing run.
 void silenceMessages();

@@ -56,7 +56,8 @@ TEST_P(FuzzRegression, SavedInputsPassTheTargetChecks)
 INSTANTIATE_TEST_SUITE_P(Targets, FuzzRegression,
                          testing::Values(Target { "fuzz_scanner", OvFuzz::checkScanner },
                                          Target { "fuzz_clickinfo", OvFuzz::checkClickInfo },
-                                         Target { "fuzz_obtain_value", OvFuzz::checkObtainValue }),
+                                         Target { "fuzz_obtain_value", OvFuzz::checkObtainValue },
+                                         Target { "fuzz_spectral", OvFuzz::checkSpectral }),
                          [](const testing::TestParamInfo<Target>& info) {
                              return std::string(info.param.name);
                          });

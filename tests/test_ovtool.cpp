@@ -397,7 +397,7 @@ TEST_F(ovtoolTest, SpectralSummaries)
         QByteArray err;
     } failures[] = {
         { "missing.xml", "ovtool: missing.xml: cannot open the file\n" },
-        { "bad.xml", "ovtool: bad.xml:2:9: malformed XML: tag mismatch\n" },
+        { "bad.xml", "ovtool: bad.xml:2:9: malformed XML: Opening and ending tag mismatch.\n" },
         { "other.xml",
           "ovtool: other.xml: not a spectral-analysis document (its root element is not "
           "\"OV3.0.SpectralAnalysis\")\n" },

@@ -296,7 +296,7 @@ TEST(Spectral, ReadsBackEveryValueWritten)
     EXPECT_EQ(read.plots[0].values.size(), 10);
     EXPECT_DOUBLE_EQ(read.plots[0].values[9].dWaveLength, 620);
     ASSERT_EQ(read.fits.size(), 2);
-    EXPECT_EQ(read.fits[1].nTotalFitValues, 4);
+    EXPECT_EQ(read.fits[1].nTotalValues, 4);
     EXPECT_DOUBLE_EQ(read.fits[1].values[3].dVerticalError, 0.035);
     EXPECT_DOUBLE_EQ(read.linearFit.dB, 19.8561);
 }
@@ -314,7 +314,7 @@ TEST(Spectral, ReadsBackEscapedAndNonAsciiText)
     EXPECT_EQ(read.clicks[0].rois[0].properties.strBkgAssociation, written.attributes.strDateTime);
     EXPECT_EQ(read.results.value(0).strDepthUnits, QString::fromUtf8("\xc2\xb5m"));
     // A count is read as written, whatever the values held.
-    EXPECT_EQ(read.fits.value(0).nTotalFitValues, 7);
+    EXPECT_EQ(read.fits.value(0).nTotalValues, 7);
     EXPECT_EQ(read.fits.value(0).values.size(), 1);
 }
 
@@ -364,6 +364,9 @@ TEST(XMLReader, TellsWhereTheTextIsMalformed)
     EXPECT_GT(reader.getErrorColumn(), 0);
     EXPECT_FALSE(reader.getErrorMessage().isEmpty());
     EXPECT_TRUE(reader.getRootElement().isNull());
+    // Text that XML does not allow, which a lax parser would take.
+    for (const char* text : { "<a b=\"\x01\"/>", "<a>&#1;</a>", "<a>\xff</a>" })
+        EXPECT_EQ(reader.loadXMLData(text), PL_MALFORMED_XML) << text;
 
     ASSERT_EQ(reader.loadXMLData("<a><b i=\"1\"/><c/><b i=\"2\"/></a>"), PL_SUCCESS);
     EXPECT_EQ(reader.getErrorLine(), 0);

@@ -68,25 +68,20 @@ TEST(XMLWriter, TagsAndAttributesInNameOrder)
 
 TEST(XMLWriter, IndentsOnlyAfterNewLine)
 {
-    const auto nested = [](CPLXMLWriter& w, bool lines) {
-        w.writeOpenTag(L1("a"));
-        if (lines)
-            w.newLine();
-        w.writeOpenTag(L1("b"));
-        if (lines)
-            w.newLine();
-        w.writeAtomTag(L1("c"));
-        if (lines)
-            w.newLine();
-        w.writeTaggedString(L1("d"), L1("x"));
-        if (lines)
-            w.newLine();
-        w.writeCloseTag(L1("b"));
-        if (lines)
-            w.newLine();
-        w.writeCloseTag(L1("a"));
-        if (lines)
-            w.newLine();
+    const std::function<void(CPLXMLWriter&)> steps[] = {
+        [](CPLXMLWriter& w) { w.writeOpenTag(L1("a")); },
+        [](CPLXMLWriter& w) { w.writeOpenTag(L1("b")); },
+        [](CPLXMLWriter& w) { w.writeAtomTag(L1("c")); },
+        [](CPLXMLWriter& w) { w.writeTaggedString(L1("d"), L1("x")); },
+        [](CPLXMLWriter& w) { w.writeCloseTag(L1("b")); },
+        [](CPLXMLWriter& w) { w.writeCloseTag(L1("a")); },
+    };
+    const auto nested = [&](CPLXMLWriter& w, bool lines) {
+        for (const auto& step : steps) {
+            step(w);
+            if (lines)
+                w.newLine();
+        }
     };
     EXPECT_EQ(written([&](CPLXMLWriter& w) { nested(w, false); }), "<a><b><c/><d>x</d></b></a>");
     EXPECT_EQ(written([&](CPLXMLWriter& w) { nested(w, true); }),

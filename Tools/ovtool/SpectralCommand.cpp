@@ -89,18 +89,19 @@ template<typename Row> int labelWidth(const QList<Row>& rows, QString Row::*labe
     return width;
 }
 
-template<typename Results>
-void printCounts(QTextStream& out, const char* title, const QList<Results>& list,
-                 QString Results::*label, int Results::*declared)
+// The number of plot or fit values, in all and per ROI.
+template<typename Value>
+void printCounts(QTextStream& out, const char* title, const QList<_tagSROIValues<Value>>& list)
 {
     int total = 0;
-    for (const Results& results : list)
+    for (const auto& results : list)
         total += results.values.size();
     out << QLatin1String(title) << total << QLatin1Char('\n');
-    const int width = labelWidth(list, label);
-    for (const Results& results : list)
-        out << QLatin1String("  ") << (results.*label).leftJustified(width) << QLatin1String("  ")
-            << count(results.values.size(), results.*declared) << QLatin1Char('\n');
+    const int width = labelWidth(list, &_tagSROIValues<Value>::strROILabel);
+    for (const auto& results : list)
+        out << QLatin1String("  ") << results.strROILabel.leftJustified(width)
+            << QLatin1String("  ") << count(results.values.size(), results.nTotalValues)
+            << QLatin1Char('\n');
 }
 
 void printSummary(QTextStream& out, const QString& path, const _tagSSpectralDocument& d)
@@ -143,21 +144,18 @@ void printSummary(QTextStream& out, const QString& path, const _tagSSpectralDocu
             << r.strDepthUnits << QLatin1Char('\n');
 
     out << QLatin1Char('\n');
-    printCounts(out, "Plot values: ", d.plots, &_tagSPlotResults::strROILabel,
-                &_tagSPlotResults::nTotalPlotValues);
-    printCounts(out, "Fit values: ", d.fits, &_tagSFitResults::strROILabel,
-                &_tagSFitResults::nTotalFitValues);
+    printCounts(out, "Plot values: ", d.plots);
+    printCounts(out, "Fit values: ", d.fits);
     out << QLatin1String("\nLinear fit: A ") << number(d.linearFit.dA) << QLatin1String(", B ")
         << number(d.linearFit.dB) << QLatin1Char('\n');
 }
 
-template<typename Results>
-QJsonArray countsJson(const QList<Results>& list, QString Results::*label, int Results::*declared)
+template<typename Value> QJsonArray countsJson(const QList<_tagSROIValues<Value>>& list)
 {
     QJsonArray array;
-    for (const Results& results : list)
-        array.append(QJsonObject { { QStringLiteral("roiLabel"), results.*label },
-                                   { QStringLiteral("declared"), results.*declared },
+    for (const auto& results : list)
+        array.append(QJsonObject { { QStringLiteral("roiLabel"), results.strROILabel },
+                                   { QStringLiteral("declared"), results.nTotalValues },
                                    { QStringLiteral("values"), results.values.size() } });
     return array;
 }
@@ -202,11 +200,8 @@ QJsonObject summaryJson(const QString& path, const _tagSSpectralDocument& d)
         { QStringLiteral("totalClicks"), d.nTotalClicks },
         { QStringLiteral("clicks"), clicks },
         { QStringLiteral("results"), results },
-        { QStringLiteral("plots"),
-          countsJson(d.plots, &_tagSPlotResults::strROILabel,
-                     &_tagSPlotResults::nTotalPlotValues) },
-        { QStringLiteral("fits"),
-          countsJson(d.fits, &_tagSFitResults::strROILabel, &_tagSFitResults::nTotalFitValues) },
+        { QStringLiteral("plots"), countsJson(d.plots) },
+        { QStringLiteral("fits"), countsJson(d.fits) },
         { QStringLiteral("linearFit"),
           QJsonObject { { QStringLiteral("a"), d.linearFit.dA },
                         { QStringLiteral("b"), d.linearFit.dB } } },

@@ -335,13 +335,13 @@ int CPLSpectralWrapper::writeSpectralDocument(const _tagSSpectralDocument& docum
                                    result.strFluxUnits, result.dAverageDepth, result.dDepthStdDev,
                                    result.strDepthUnits);
     for (const _tagSPlotResults& plot : document.plots) {
-        setOpenSpectralAnalysisPlotResults(plot.strROILabel, plot.nTotalPlotValues);
+        setOpenSpectralAnalysisPlotResults(plot.strROILabel, plot.nTotalValues);
         for (const _tagSPlotValue& value : plot.values)
             setSpectralAnalysisPlotResults(value.dIntensity, value.dWaveLength);
         setCloseSpectralAnalysisPlotResults();
     }
     for (const _tagSFitResults& fit : document.fits) {
-        setOpenSpectralAnalysisFitResults(fit.strROILabel, fit.nTotalFitValues);
+        setOpenSpectralAnalysisFitResults(fit.strROILabel, fit.nTotalValues);
         for (const _tagSFitValue& value : fit.values)
             setSpectralAnalysisFitResults(value.dIntensity, value.dAttenuation, value.dFitValue,
                                           value.dHorizontalError, value.dVerticalError);

@@ -127,14 +127,6 @@ struct _tagSPlotValue
     double dWaveLength = 0; // "Wave.Length"
 };
 
-// The plot of one ROI ("...Plot.Results"): the count it declares and the values it holds.
-struct _tagSPlotResults
-{
-    QString strROILabel; // "ROI.Label"
-    int nTotalPlotValues = 0; // "Total.Plot.Values"
-    QList<_tagSPlotValue> values;
-};
-
 // One fit value ("...Fit.Values").
 struct _tagSFitValue
 {
@@ -145,13 +137,16 @@ struct _tagSFitValue
     double dVerticalError = 0; // "Vertical.Error"
 };
 
-// The fit of one ROI ("...Fit.Results"): the count it declares and the values it holds.
-struct _tagSFitResults
+// The plot or the fit of one ROI ("...Plot.Results", "...Fit.Results"): the count of values
+// it declares ("Total.Plot.Values", "Total.Fit.Values") and the values it holds.
+template<typename Value> struct _tagSROIValues
 {
     QString strROILabel; // "ROI.Label"
-    int nTotalFitValues = 0; // "Total.Fit.Values"
-    QList<_tagSFitValue> values;
+    int nTotalValues = 0;
+    QList<Value> values;
 };
+using _tagSPlotResults = _tagSROIValues<_tagSPlotValue>;
+using _tagSFitResults = _tagSROIValues<_tagSFitValue>;
 
 // The linear fit ("...Linear.Fit.Values").
 struct _tagSLinearFit

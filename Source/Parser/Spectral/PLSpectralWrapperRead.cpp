@@ -132,27 +132,27 @@ _tagSROISpectralResults readResults(const QDomElement& element)
              depth.text(DEPTH_UNITS) };
 }
 
-_tagSPlotResults readPlot(const QDomElement& element)
+_tagSPlotValue readPlotValue(const AttributeReader& v)
 {
-    const AttributeReader a(element);
-    _tagSPlotResults plot { a.text(ROI_LABEL), a.integer(TOTAL_PLOT_VALUES), {} };
-    for (const QDomElement& value : children(element, PlotValues)) {
-        const AttributeReader v(value);
-        plot.values.append({ v.real(INTENSITY), v.real(WAVE_LENGTH) });
-    }
-    return plot;
+    return { v.real(INTENSITY), v.real(WAVE_LENGTH) };
 }
 
-_tagSFitResults readFit(const QDomElement& element)
+_tagSFitValue readFitValue(const AttributeReader& v)
+{
+    return { v.real(INTENSITY), v.real(ATTENUATION), v.real(FIT_VALUE), v.real(HORIZONTAL_ERROR),
+             v.real(VERTICAL_ERROR) };
+}
+
+// The plot or the fit of one ROI: its label, its count `total` and its `valueId` elements.
+template<typename Value>
+_tagSROIValues<Value> readROIValues(const QDomElement& element, const QString& total,
+                                    ElementId valueId, Value (*readValue)(const AttributeReader&))
 {
     const AttributeReader a(element);
-    _tagSFitResults fit { a.text(ROI_LABEL), a.integer(TOTAL_FIT_VALUES), {} };
-    for (const QDomElement& value : children(element, FitValues)) {
-        const AttributeReader v(value);
-        fit.values.append({ v.real(INTENSITY), v.real(ATTENUATION), v.real(FIT_VALUE),
-                            v.real(HORIZONTAL_ERROR), v.real(VERTICAL_ERROR) });
-    }
-    return fit;
+    _tagSROIValues<Value> results { a.text(ROI_LABEL), a.integer(total), {} };
+    for (const QDomElement& value : children(element, valueId))
+        results.values.append(readValue(AttributeReader(value)));
+    return results;
 }
 
 // The result of a get operation: 33 before a load, 16 without `result`, 24 when the element
@@ -169,10 +169,9 @@ template<typename T> int copyLoaded(bool loaded, const T& value, bool present, T
     return PL_SUCCESS;
 }
 
-template<typename Record>
-QList<Record> readAll(const QDomElement& root, ElementId id, Record (*read)(const QDomElement&))
+template<typename Read> auto readAll(const QDomElement& root, ElementId id, Read read)
 {
-    QList<Record> records;
+    QList<decltype(read(root))> records;
     for (const QDomElement& element : children(root, id))
         records.append(read(element));
     return records;
@@ -214,8 +213,12 @@ int CPLSpectralWrapper::loadSpectralXML(const CPLXMLReader& reader)
     m_loaded.nTotalClicks = AttributeReader(clickInfo).integer(TOTAL_CLICKS);
     m_loaded.clicks = readAll(clickInfo, Click, readClick);
     m_loaded.results = readAll(root, Results, readResults);
-    m_loaded.plots = readAll(root, PlotResults, readPlot);
-    m_loaded.fits = readAll(root, FitResults, readFit);
+    m_loaded.plots = readAll(root, PlotResults, [](const QDomElement& element) {
+        return readROIValues(element, TOTAL_PLOT_VALUES, PlotValues, readPlotValue);
+    });
+    m_loaded.fits = readAll(root, FitResults, [](const QDomElement& element) {
+        return readROIValues(element, TOTAL_FIT_VALUES, FitValues, readFitValue);
+    });
     const AttributeReader fit(linearFit);
     m_loaded.linearFit = { fit.real(LINEAR_FIT_A), fit.real(LINEAR_FIT_B) };
     m_bLoaded = true;

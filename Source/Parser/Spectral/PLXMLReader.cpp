@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QXmlStreamReader>
 #include <QtDebug>
 
 CPLXMLReader::CPLXMLReader() = default;
@@ -35,7 +36,10 @@ int CPLXMLReader::parse(const QByteArray& data, const QString& source)
     m_nErrorLine = 0;
     m_nErrorColumn = 0;
     m_strErrorMessage.clear();
-    if (m_document.setContent(data, &m_strErrorMessage, &m_nErrorLine, &m_nErrorColumn))
+    // QXmlStreamReader holds the text to XML's rules (no control characters, encoding
+    // checked, a limit on entity expansion); the DOM is built from what it reads.
+    QXmlStreamReader xml(data);
+    if (m_document.setContent(&xml, false, &m_strErrorMessage, &m_nErrorLine, &m_nErrorColumn))
         return PL_SUCCESS;
     m_document.clear();
     qWarning("%s:%d:%d: malformed XML: %s", qUtf8Printable(source), m_nErrorLine, m_nErrorColumn,

@@ -11,6 +11,10 @@
 class QByteArray;
 
 // Reads an XML file whole into a DOM (QDomDocument) and finds elements and attributes in it.
+// The text must be well-formed XML 1.0 as QXmlStreamReader checks it: a character XML does
+// not allow (a control character other than tab, LF and CR), a byte sequence that is not
+// valid in the document's encoding, or an entity expanding beyond Qt's limit make it
+// malformed.
 // Only the parsing reports a status; the lookups answer on a null element with nothing.
 // Status codes from PLStatus.h.
 class OVPARSER_EXPORT CPLXMLReader
