@@ -102,7 +102,7 @@ _tagSSpectralDocument escapedDocument()
     const QString awkward
         = QString::fromUtf8("a&b <c> \"d\" 'e' \xc3\xa9\xe2\x82\xac\xe6\x97\xa5 &amp;");
     _tagSSpectralDocument d;
-    d.attributes = { awkward, awkward, 2, L1("<img>"), awkward, L1("'q'"), 1.33f };
+    d.attributes = { awkward, awkward, 2, L1("<img>"), L1("tab\tline\nend"), L1("'q'"), 1.33f };
     _tagSClickInfo click;
     click.strClickNumber = awkward;
     click.strWavelength = L1("<5&6>");
@@ -308,6 +308,8 @@ TEST(Spectral, ReadsBackEscapedAndNonAsciiText)
     EXPECT_EQ(read.attributes.strDateTime, written.attributes.strDateTime);
     EXPECT_EQ(read.attributes.strActiveImage, L1("<img>"));
     EXPECT_EQ(read.attributes.strSourceModel, L1("'q'"));
+    // XML reads tabs and line breaks in an attribute as blanks.
+    EXPECT_EQ(read.attributes.strTissueProperty, L1("tab line end"));
     ASSERT_EQ(read.clicks.size(), 1);
     EXPECT_EQ(read.clicks[0].strWavelength, L1("<5&6>"));
     ASSERT_EQ(read.clicks[0].rois.size(), 1);
