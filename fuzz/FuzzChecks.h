@@ -26,8 +26,9 @@ std::string checkClickInfo(const uint8_t* data, size_t size);
 std::string checkObtainValue(const uint8_t* data, size_t size);
 
 // The spectral-analysis document: the input read with loadSpectralXMLData(). A document read
-// whole is written again; what is written must be well-formed for QXmlStreamReader, read
-// again, and be written to the same bytes (values read back at the precision written).
+// whole is written and read again, three times; each write must be well-formed for
+// QXmlStreamReader and read again, and the last two writes must be the same bytes (values
+// read back at the precision written; tabs and line breaks in texts become blanks once).
 std::string checkSpectral(const uint8_t* data, size_t size);
 
 // Drops the library's log messages (malformed input is logged), which would otherwise flood

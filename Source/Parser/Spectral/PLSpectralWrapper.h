@@ -237,7 +237,7 @@ public:
                                         float avgTransmission);
     // "...Click.ROI" holding "...Click.ROI.Properties". "ROI" is the record's ROI name.
     // "ROI.Label" is `roiLabel` when `useLabel` is set; otherwise the ROI has no label of its
-    // own and its name is written as its label too.
+    // own and its name is written as its label too (and reads back as its label).
     void setClickNumberROIProperties(const QString& roiLabel, const _tagsROIProperties& roi,
                                      bool useLabel);
     // "...Click.ROI" (without attributes) holding "...Click.ROI.Measurements".
