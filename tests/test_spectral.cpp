@@ -158,17 +158,6 @@ TEST_F(SpectralFile, WritesTheExactBytes)
     EXPECT_EQ(wrapper.setCloseSpectralAnalysis(), PL_NOTHING_TO_WORK_ON);
 }
 
-TEST(Spectral, ElementTableHoldsIdsInOrder)
-{
-    for (int id = 0; id < SPECTRAL_ELEMENT_COUNT; ++id) {
-        EXPECT_EQ(gsElementInfo[id].nElementId, id);
-        EXPECT_TRUE(
-            QByteArray(gsElementInfo[id].szElementName).startsWith("OV3.0.SpectralAnalysis"));
-    }
-    EXPECT_STREQ(gsElementInfo[0].szElementName, "OV3.0.SpectralAnalysis");
-    EXPECT_STREQ(gsElementInfo[15].szElementName, "OV3.0.SpectralAnalysis.Linear.Fit.Values");
-}
-
 TEST(Spectral, DateTimeIsTheCurrentTimeUnlessFixed)
 {
     CPLSpectralWrapper wrapper;
