@@ -175,7 +175,7 @@ struct _tagSSpectralDocument
 // and every element after that on one third line without indentation:
 //   <?xml version="1.0" encoding="UTF-8"?>
 //   <!DOCTYPE OV3.0.SpectralAnalysis><OV3.0.SpectralAnalysis>
-//   <OV3.0.SpectralAnalysis.Attributes Active.Image="..." .../><OV3.0.Spec...
+//   <OV3.0.SpectralAnalysis.Attributes Active.Image="..." .../><OV3.0.SpectralAnalysis...
 // The wrapper does not check the nesting; the caller calls the operations in this order:
 // setSpectralAttributes; setOpenClickInfo, then per click setClickNumberInfo,
 // setClickNumberFilterProperties, per ROI setClickNumberROIProperties and
