@@ -15,6 +15,7 @@ ASAN_DIR    ?= build-asan
 FUZZ_SECONDS ?= 30
 BUILD_TYPE  ?= RelWithDebInfo
 SAMPLE      := samples/KL20261104142207_001/ClickInfo.txt
+SPECTRAL_SAMPLE := samples/spectral/SpectralAnalysis.xml
 FUZZ_TARGETS := $(basename $(notdir $(wildcard fuzz/fuzz_*.cpp)))
 
 # Sanitizer settings of `make asan` (the same as in .ci/run): stop at the first report, leaks
@@ -38,6 +39,7 @@ run:
 	$(BUILD_DIR)/Tools/ovtool/ovtool settings --tag "ROI File" samples/settings/ROISettings.txt
 	$(BUILD_DIR)/Tools/ovtool/ovtool settings --filter Custom samples/settings/Presets
 	$(BUILD_DIR)/Tools/ovtool/ovtool labels samples/settings/UserLabelNames.txt
+	$(BUILD_DIR)/Tools/ovtool/ovtool spectral $(SPECTRAL_SAMPLE)
 
 test:
 	bash scripts/install-deps.sh build test xml

@@ -6,12 +6,15 @@
 #include "PLSection.h"
 #include "PLSectionScanner.h"
 #include "PLSettingsFileWrapper.h"
+#include "PLSpectralWrapper.h"
 #include "PLStatus.h"
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
+#include <QXmlStreamReader>
 #include <QtGlobal>
 
 #include <algorithm>
@@ -149,6 +152,35 @@ int firstDifference(const QString& a, const QString& b)
     while (i < common && a.at(i) == b.at(i))
         ++i;
     return i;
+}
+
+// The bytes writeSpectralDocument() writes for `document`; empty when it fails.
+QByteArray spectralBytes(const _tagSSpectralDocument& document)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    CPLSpectralWrapper writer;
+    if (writer.createSpectralXMLDocument(&buffer) != PL_SUCCESS
+        || writer.writeSpectralDocument(document) != PL_SUCCESS)
+        return QByteArray();
+    return buffer.data();
+}
+
+// Reads `bytes` whole: the status of the load, or of getSpectralDocument() after it.
+int readSpectral(const QByteArray& bytes, _tagSSpectralDocument* document)
+{
+    CPLSpectralWrapper reader;
+    const int status = reader.loadSpectralXMLData(bytes);
+    return status == PL_SUCCESS ? reader.getSpectralDocument(document) : status;
+}
+
+// Whether QXmlStreamReader reads `bytes` to the end without an error.
+bool wellFormed(const QByteArray& bytes)
+{
+    QXmlStreamReader xml(bytes);
+    while (!xml.atEnd())
+        xml.readNext();
+    return !xml.hasError();
 }
 
 void dropMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
@@ -356,6 +388,40 @@ std::string checkSettings(const uint8_t* data, size_t size)
     const bool none = settings.getSections().isEmpty();
     if (status != (none ? PL_NOTHING_TO_WORK_ON : PL_SUCCESS) && status != PL_KEY_NOT_FOUND)
         return "setFileNameForMenuName() failed with " + std::to_string(status);
+    return std::string();
+}
+
+std::string checkSpectral(const uint8_t* data, size_t size)
+{
+    if (size > size_t(std::numeric_limits<int>::max()))
+        return std::string();
+    _tagSSpectralDocument document;
+    const int status
+        = readSpectral(QByteArray(reinterpret_cast<const char*>(data), int(size)), &document);
+    if (status != PL_SUCCESS && status != PL_MALFORMED_XML && status != PL_KEY_NOT_FOUND)
+        return "unexpected status " + std::to_string(status) + " reading the input";
+    if (status != PL_SUCCESS)
+        return std::string();
+
+    // A text that holds a tab or a line break (from a character reference) is written as it
+    // is, and XML reads those back as blanks in an attribute: the writes agree from the
+    // second on.
+    QByteArray previous;
+    for (int round = 0; round < 3; ++round) {
+        const QByteArray written = spectralBytes(document);
+        if (written.isEmpty())
+            return "a document read could not be written";
+        if (!wellFormed(written))
+            return "the document written is not well-formed XML";
+        if (round == 2 && written != previous)
+            return "a document read back is written differently: the writes differ at offset "
+                + std::to_string(firstDifference(QString::fromLatin1(previous),
+                                                 QString::fromLatin1(written)));
+        const int again = readSpectral(written, &document);
+        if (again != PL_SUCCESS)
+            return "the document written does not read again, status " + std::to_string(again);
+        previous = written;
+    }
     return std::string();
 }
 

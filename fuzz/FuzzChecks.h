@@ -34,6 +34,11 @@ std::string checkPreferenceKeys(const uint8_t* data, size_t size);
 // menu name with and without section names as menu names; every listed menu name is found
 // again, and generated section and menu names are well formed and new.
 std::string checkSettings(const uint8_t* data, size_t size);
+// The spectral-analysis document: the input read with loadSpectralXMLData(). A document read
+// whole is written and read again, three times; each write must be well-formed for
+// QXmlStreamReader and read again, and the last two writes must be the same bytes (values
+// read back at the precision written; tabs and line breaks in texts become blanks once).
+std::string checkSpectral(const uint8_t* data, size_t size);
 
 // Drops the library's log messages (malformed input is logged), which would otherwise flood
 // a fuzzing run.

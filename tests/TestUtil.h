@@ -5,18 +5,25 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QIODevice>
 #include <QString>
 #include <QStringList>
 
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <algorithm>
 #include <ostream>
 
 // Readable failure messages: print the text, not the raw QChar array.
 inline void PrintTo(const QString& s, std::ostream* os)
 {
     *os << '"' << s.toStdString() << '"';
+}
+
+inline void PrintTo(const QByteArray& bytes, std::ostream* os)
+{
+    *os << '"' << bytes.toStdString() << '"';
 }
 
 inline void PrintTo(const QStringList& list, std::ostream* os)
@@ -50,5 +57,31 @@ inline void writeBytes(const QString& path, const QByteArray& bytes)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate)) << path.toStdString();
     ASSERT_EQ(file.write(bytes), bytes.size());
 }
+
+// A device that takes at most `capacity` bytes in all, then refuses every write.
+class LimitedDevice : public QIODevice
+{
+public:
+    explicit LimitedDevice(qint64 capacity)
+        : m_capacity(capacity)
+    {
+        open(QIODevice::WriteOnly);
+    }
+    QByteArray written;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        const qint64 taken = std::min(size, m_capacity - written.size());
+        if (taken <= 0)
+            return -1;
+        written.append(data, int(taken));
+        return taken;
+    }
+
+private:
+    qint64 m_capacity;
+};
 
 #endif // TESTUTIL_H

@@ -497,10 +497,54 @@ TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
               "ovtool: bare.dcm: the file holds no sections (no line begins with \"***\")\n");
 }
 
+TEST_F(ovtoolTest, SpectralSummaries)
+{
+    writeBytes(path("s.xml"), readBytes(L1(OVPARSER_SAMPLES "/spectral/SpectralAnalysis.xml")));
+    writeBytes(path("spectral-counts.xml"), readBytes(DATA + L1("spectral-counts.xml")));
+    writeBytes(path("bad.xml"), "<a>\n  <b></a>\n");
+    writeBytes(path("other.xml"), "<a/>");
+    writeBytes(path("part.xml"),
+               "<OV3.0.SpectralAnalysis><OV3.0.SpectralAnalysis.Attributes/>"
+               "</OV3.0.SpectralAnalysis>");
+    const struct
+    {
+        QStringList arguments;
+        const char* golden;
+    } cases[] = {
+        { { L1("spectral"), L1("s.xml") }, "spectral-sample.txt" },
+        { { L1("spectral"), L1("--json"), L1("s.xml") }, "spectral-sample.json" },
+        // Counts that differ from those declared; the file indented over many lines.
+        { { L1("spectral"), L1("spectral-counts.xml") }, "spectral-counts.txt" },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(succeed(c.arguments), readBytes(DATA + L1(c.golden))) << c.golden;
+
+    const struct
+    {
+        const char* file;
+        QByteArray err;
+    } failures[] = {
+        { "missing.xml", "ovtool: missing.xml: cannot open the file\n" },
+        { "bad.xml", "ovtool: bad.xml:2:9: malformed XML: Opening and ending tag mismatch.\n" },
+        { "other.xml",
+          "ovtool: other.xml: not a spectral-analysis document (its root element is not "
+          "\"OV3.0.SpectralAnalysis\")\n" },
+        { "part.xml",
+          "ovtool: part.xml: incomplete spectral-analysis document (it lacks its attributes, its "
+          "click list or its linear fit)\n" },
+    };
+    for (const auto& f : failures) {
+        const Result result = ovtool({ L1("spectral"), L1(f.file) });
+        EXPECT_EQ(result.exitCode, 1) << f.file;
+        EXPECT_EQ(result.err, f.err) << f.file;
+        EXPECT_EQ(result.out, QByteArray()) << f.file;
+    }
+}
+
 TEST_F(ovtoolTest, HelpAndVersion)
 {
     const QByteArray toolHelp = succeed({ L1("--help") });
-    for (const char* command : { "show", "get", "set", "add", "json", "settings", "labels" }) {
+    for (const char* command : { "show", "get", "set", "add", "json", "settings", "labels", "spectral" }) {
         EXPECT_TRUE(toolHelp.contains(QByteArray("\n  ") + command + ' ')) << command;
         const QByteArray help = succeed({ L1(command), L1("--help") });
         EXPECT_TRUE(help.startsWith(QByteArray("Usage: ovtool ") + command + " [options] "));

@@ -14,6 +14,7 @@ int runJson(const QStringList& arguments);
 int runSettings(const QStringList& arguments);
 int runLabels(const QStringList& arguments);
 int runBrowse(const QStringList& arguments);
+int runSpectral(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

@@ -34,6 +34,8 @@ const Command COMMANDS[] = {
       QLatin1String("Lists the menu entries of a settings file or folder."), runSettings },
     { QLatin1String("labels"), QLatin1String("Lists the label-name sets and their labels."),
       runLabels },
+    { QLatin1String("spectral"),
+      QLatin1String("Summarises a spectral-analysis XML file (--json for JSON)."), runSpectral },
 };
 
 QString commandsHelp()
@@ -63,7 +65,7 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(
         QStringLiteral("Shows and edits the metadata of an optical imaging acquisition: its\n"
                        "ClickInfo.txt, or the metadata appended to a DICOM file (a path ending\n"
-                       "in \".dcm\")."));
+                       "in \".dcm\"); summarises spectral-analysis results."));
     // Everything after the command belongs to the command.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOption(helpOption());

@@ -28,5 +28,7 @@ constexpr int PL_OUT_OF_RANGE = 48;
 constexpr int PL_SECTION_NOT_PRESENT = 49;
 // A folder that a document is to read does not exist.
 constexpr int PL_FOLDER_MISSING = 62;
+// An XML document is not well-formed.
+constexpr int PL_MALFORMED_XML = 50;
 
 #endif // PLSTATUS_H

@@ -1,0 +1,370 @@
+#include "PLSpectralWrapper.h"
+
+#include "PLSpectralNames_p.h"
+#include "PLStatus.h"
+#include "PLXMLWriter.h"
+
+#include <QDate>
+#include <QLocale>
+#include <QSaveFile>
+#include <QTime>
+#include <QtDebug>
+
+#include <new>
+
+using namespace PLSpectral;
+
+const _tagSElementInfo gsElementInfo[SPECTRAL_ELEMENT_COUNT] = {
+    { Root, "OV3.0.SpectralAnalysis" },
+    { Attributes, "OV3.0.SpectralAnalysis.Attributes" },
+    { ClickInfo, "OV3.0.SpectralAnalysis.ClickInfo" },
+    { Click, "OV3.0.SpectralAnalysis.ClickInfo.Click" },
+    { FilterProperties, "OV3.0.SpectralAnalysis.Click.Filter.Properties" },
+    { ClickROI, "OV3.0.SpectralAnalysis.Click.ROI" },
+    { ROIProperties, "OV3.0.SpectralAnalysis.Click.ROI.Properties" },
+    { ROIMeasurements, "OV3.0.SpectralAnalysis.Click.ROI.Measurements" },
+    { Results, "OV3.0.SpectralAnalysis.Results" },
+    { ResultsFlux, "OV3.0.SpectralAnalysis.Results.Flux" },
+    { ResultsDepth, "OV3.0.SpectralAnalysis.Results.Depth" },
+    { PlotResults, "OV3.0.SpectralAnalysis.Plot.Results" },
+    { PlotValues, "OV3.0.SpectralAnalysis.Plot.Values" },
+    { FitResults, "OV3.0.SpectralAnalysis.Fit.Results" },
+    { FitValues, "OV3.0.SpectralAnalysis.Fit.Values" },
+    { LinearFitValues, "OV3.0.SpectralAnalysis.Linear.Fit.Values" },
+};
+
+namespace {
+
+const QLatin1String DECLARATION("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+const QLatin1String DOCTYPE_AND_ROOT("<!DOCTYPE OV3.0.SpectralAnalysis><OV3.0.SpectralAnalysis>");
+
+QString text(int value)
+{
+    return QStringLiteral("%1").arg(value);
+}
+
+// "%g": 6 significant digits, no field width.
+QString text(double value)
+{
+    return QStringLiteral("%1").arg(value, 0, 'g');
+}
+
+QString nanometres(const QString& wavelength)
+{
+    return QStringLiteral("%1%2").arg(wavelength, NANOMETRES);
+}
+
+AttrMap roiPropertiesAttributes(const _tagsROIProperties& roi)
+{
+    return AttrMap { { ROI_SHAPE, roi.strROIShape },
+                     { XC, text(roi.dXc) },
+                     { YC, text(roi.dYc) },
+                     { ANGLE, text(roi.dAngle) },
+                     { WIDTH, text(roi.dWidth) },
+                     { HEIGHT, text(roi.dHeight) },
+                     { ROI_PIXELS, text(roi.nROIPixels) },
+                     { AREA, text(roi.dArea) },
+                     { CM_PER_PIXEL, text(roi.dCmPerPixel) },
+                     { ROI_TYPE, roi.strROIType },
+                     { LOCK_POSITION, roi.strLockPosition },
+                     { LOCK_SIZE, roi.strLockSize },
+                     { BKG_ROI, roi.strBkgROI },
+                     { BKG_ASSOCIATION, roi.strBkgAssociation },
+                     { FRACTIONAL_PEAK, text(roi.dFractionalPeak) },
+                     { CONTOUR_DIRECTIONS, roi.strContourDirections },
+                     { CONTOUR_START_X, text(roi.dContourStartX) },
+                     { CONTOUR_START_Y, text(roi.dContourStartY) },
+                     { CONTOUR_PEAK_X, text(roi.dContourPeakX) },
+                     { CONTOUR_PEAK_Y, text(roi.dContourPeakY) },
+                     { CONTOUR_X_DELTA, text(roi.nContourXDelta) },
+                     { CONTOUR_Y_DELTA, text(roi.nContourYDelta) } };
+}
+
+} // namespace
+
+CPLSpectralWrapper::CPLSpectralWrapper() = default;
+
+CPLSpectralWrapper::~CPLSpectralWrapper()
+{
+    discardDocument();
+}
+
+int CPLSpectralWrapper::createSpectralXMLFile(const QString& fileName)
+{
+    discardDocument();
+    auto file = std::make_unique<QSaveFile>(fileName);
+    if (!file->open(QIODevice::WriteOnly)) {
+        qWarning("%s: cannot open the file for writing: %s", qUtf8Printable(fileName),
+                 qUtf8Printable(file->errorString()));
+        return PL_FILE_OPEN_FAILED;
+    }
+    m_file = std::move(file);
+    startDocument(m_file.get());
+    return PL_SUCCESS;
+}
+
+int CPLSpectralWrapper::createSpectralXMLDocument(QIODevice* device)
+{
+    discardDocument();
+    if (!device)
+        return PL_NULL_ARGUMENT;
+    if (!device->isWritable())
+        return PL_INVALID_ARGUMENT;
+    startDocument(device);
+    return PL_SUCCESS;
+}
+
+void CPLSpectralWrapper::startDocument(QIODevice* device)
+{
+    try {
+        m_writer = std::make_unique<CPLXMLWriter>(device, nullptr);
+    } catch (const std::bad_alloc&) {
+        qCritical("Unable To Allocate Memory for Operation ");
+        m_file.reset();
+        return;
+    }
+    m_writer->writeRaw(DECLARATION);
+    m_writer->newLine();
+    m_writer->writeRaw(DOCTYPE_AND_ROOT);
+    m_writer->newLine();
+}
+
+void CPLSpectralWrapper::discardDocument()
+{
+    m_writer.reset();
+    if (m_file)
+        m_file->cancelWriting();
+    m_file.reset();
+}
+
+void CPLSpectralWrapper::setDateTimeText(const QString& dateTime)
+{
+    m_strFixedDateTime = dateTime;
+}
+
+void CPLSpectralWrapper::setDateAndTime()
+{
+    if (!m_strFixedDateTime.isEmpty()) {
+        m_strDateTime = m_strFixedDateTime;
+        return;
+    }
+    const QLocale c = QLocale::c();
+    m_strDateTime = c.toString(QTime::currentTime(), QStringLiteral("hh:mm:ss"))
+        + QLatin1String(", ") + c.toString(QDate::currentDate(), QStringLiteral("ddd MMM d yyyy"));
+}
+
+void CPLSpectralWrapper::setSpectralAttributes(const QString& sequenceID, int numberOfClicks,
+                                               const QString& activeImage,
+                                               const QString& tissueProperty,
+                                               const QString& sourceModel, float indexOfRefraction)
+{
+    setDateAndTime();
+    writeAttributes(m_strDateTime,
+                    { QString(), sequenceID, numberOfClicks, activeImage, tissueProperty,
+                      sourceModel, indexOfRefraction });
+}
+
+void CPLSpectralWrapper::writeAttributes(const QString& dateTime,
+                                         const _tagSSpectralAttributes& attributes)
+{
+    writeAtom(Attributes,
+              { { DATE_TIME, dateTime },
+                { SEQUENCE_ID, attributes.strSequenceID },
+                { NUMBER_OF_CLICKS, text(attributes.nNumberOfClicks) },
+                { ACTIVE_IMAGE, attributes.strActiveImage },
+                { TISSUE_PROPERTY, attributes.strTissueProperty },
+                { SOURCE_MODEL, attributes.strSourceModel },
+                { INDEX_OF_REFRACTION, text(double(attributes.fIndexOfRefraction)) } });
+}
+
+void CPLSpectralWrapper::setOpenClickInfo(int totalClicks)
+{
+    writeOpen(ClickInfo, { { TOTAL_CLICKS, text(totalClicks) } });
+}
+
+void CPLSpectralWrapper::setClickNumberInfo(const QString& clickNumber, const QString& wavelength)
+{
+    writeOpen(Click,
+              { { CLICK_NUMBER, clickNumber }, { IMAGE_WAVELENGTH, nanometres(wavelength) } });
+}
+
+void CPLSpectralWrapper::setClickNumberFilterProperties(int centralWavelength, float bandWidth,
+                                                        float avgTransmission)
+{
+    writeAtom(FilterProperties,
+              { { CENTRAL_WAVELENGTH, nanometres(text(centralWavelength)) },
+                { BAND_WIDTH, text(double(bandWidth)) },
+                { AVG_TRANSMISSION, text(double(avgTransmission)) } });
+}
+
+void CPLSpectralWrapper::setClickNumberROIProperties(const QString& roiLabel,
+                                                     const _tagsROIProperties& roi, bool useLabel)
+{
+    writeOpen(ClickROI,
+              { { PLSpectral::ROI, roi.strROIName },
+                { ROI_LABEL, useLabel ? roiLabel : roi.strROIName } });
+    writeAtom(ROIProperties, roiPropertiesAttributes(roi));
+    writeClose(ClickROI);
+}
+
+void CPLSpectralWrapper::setROIMeasurementsProperties(const QString& filterLabel, double totalFlux,
+                                                      double averageRadiance)
+{
+    writeOpen(ClickROI, AttrMap());
+    writeAtom(ROIMeasurements,
+              { { FILTER_LABEL, filterLabel },
+                { TOTAL_FLUX, text(totalFlux) },
+                { AVERAGE_RADIANCE, text(averageRadiance) } });
+    writeClose(ClickROI);
+}
+
+void CPLSpectralWrapper::setCloseClickNumberInfo()
+{
+    writeClose(Click);
+}
+
+void CPLSpectralWrapper::setCloseClickInfo()
+{
+    writeClose(ClickInfo);
+}
+
+void CPLSpectralWrapper::setSpectralAnalysisResults(const QString& roi, double totalFlux,
+                                                    double fluxStdDev, const QString& fluxUnits,
+                                                    double averageDepth, double depthStdDev,
+                                                    const QString& depthUnits)
+{
+    writeOpen(Results, { { PLSpectral::ROI, roi } });
+    writeAtom(ResultsFlux,
+              { { TOTAL_FLUX, text(totalFlux) },
+                { FLUX_STD_DEV, text(fluxStdDev) },
+                { FLUX_UNITS, fluxUnits } });
+    writeAtom(ResultsDepth,
+              { { AVERAGE_DEPTH, text(averageDepth) },
+                { DEPTH_STD_DEV, text(depthStdDev) },
+                { DEPTH_UNITS, depthUnits } });
+    writeClose(Results);
+}
+
+void CPLSpectralWrapper::setOpenSpectralAnalysisPlotResults(const QString& roiLabel,
+                                                            int totalPlotValues)
+{
+    writeOpen(PlotResults,
+              { { ROI_LABEL, roiLabel }, { TOTAL_PLOT_VALUES, text(totalPlotValues) } });
+}
+
+void CPLSpectralWrapper::setSpectralAnalysisPlotResults(double intensity, double waveLength)
+{
+    writeAtom(PlotValues, { { INTENSITY, text(intensity) }, { WAVE_LENGTH, text(waveLength) } });
+}
+
+void CPLSpectralWrapper::setCloseSpectralAnalysisPlotResults()
+{
+    writeClose(PlotResults);
+}
+
+void CPLSpectralWrapper::setOpenSpectralAnalysisFitResults(const QString& roiLabel,
+                                                           int totalFitValues)
+{
+    writeOpen(FitResults, { { ROI_LABEL, roiLabel }, { TOTAL_FIT_VALUES, text(totalFitValues) } });
+}
+
+void CPLSpectralWrapper::setSpectralAnalysisFitResults(double intensity, double attenuation,
+                                                       double fitValue, double horizontalError,
+                                                       double verticalError)
+{
+    writeAtom(FitValues,
+              { { INTENSITY, text(intensity) },
+                { ATTENUATION, text(attenuation) },
+                { FIT_VALUE, text(fitValue) },
+                { HORIZONTAL_ERROR, text(horizontalError) },
+                { VERTICAL_ERROR, text(verticalError) } });
+}
+
+void CPLSpectralWrapper::setCloseSpectralAnalysisFitResults()
+{
+    writeClose(FitResults);
+}
+
+void CPLSpectralWrapper::setLinearFitResults(double a, double b)
+{
+    writeAtom(LinearFitValues, { { LINEAR_FIT_A, text(a) }, { LINEAR_FIT_B, text(b) } });
+}
+
+int CPLSpectralWrapper::setCloseSpectralAnalysis()
+{
+    if (!m_writer)
+        return PL_NOTHING_TO_WORK_ON;
+    writeClose(Root);
+    const bool written = m_writer->flush();
+    m_writer.reset();
+    if (!m_file)
+        return written ? PL_SUCCESS : PL_SHORT_WRITE;
+    // QSaveFile::commit() does not report a failure of its own final flush: flush first, so
+    // that a short write never replaces the old file.
+    const bool committed = written && m_file->flush() && m_file->commit();
+    if (!committed) {
+        qWarning("%s: cannot write the file; it is left as it was",
+                 qUtf8Printable(m_file->fileName()));
+        m_file->cancelWriting();
+    }
+    m_file.reset();
+    return committed ? PL_SUCCESS : PL_SHORT_WRITE;
+}
+
+int CPLSpectralWrapper::writeSpectralDocument(const _tagSSpectralDocument& document)
+{
+    const _tagSSpectralAttributes& attributes = document.attributes;
+    setDateAndTime();
+    writeAttributes(attributes.strDateTime.isEmpty() ? m_strDateTime : attributes.strDateTime,
+                    attributes);
+    setOpenClickInfo(document.nTotalClicks);
+    for (const _tagSClickInfo& click : document.clicks) {
+        setClickNumberInfo(click.strClickNumber, click.strWavelength);
+        setClickNumberFilterProperties(click.filter.nCentralWavelength, click.filter.fBandWidth,
+                                       click.filter.fAvgTransmission);
+        for (const _tagSClickROI& roi : click.rois)
+            setClickNumberROIProperties(roi.strROILabel, roi.properties, true);
+        for (const _tagSROIMeasurement& measurement : click.measurements)
+            setROIMeasurementsProperties(measurement.strFilterLabel, measurement.dTotalFlux,
+                                         measurement.dAverageRadiance);
+        setCloseClickNumberInfo();
+    }
+    setCloseClickInfo();
+    for (const _tagSROISpectralResults& result : document.results)
+        setSpectralAnalysisResults(result.strROI, result.dTotalFlux, result.dFluxStdDev,
+                                   result.strFluxUnits, result.dAverageDepth, result.dDepthStdDev,
+                                   result.strDepthUnits);
+    for (const _tagSPlotResults& plot : document.plots) {
+        setOpenSpectralAnalysisPlotResults(plot.strROILabel, plot.nTotalValues);
+        for (const _tagSPlotValue& value : plot.values)
+            setSpectralAnalysisPlotResults(value.dIntensity, value.dWaveLength);
+        setCloseSpectralAnalysisPlotResults();
+    }
+    for (const _tagSFitResults& fit : document.fits) {
+        setOpenSpectralAnalysisFitResults(fit.strROILabel, fit.nTotalValues);
+        for (const _tagSFitValue& value : fit.values)
+            setSpectralAnalysisFitResults(value.dIntensity, value.dAttenuation, value.dFitValue,
+                                          value.dHorizontalError, value.dVerticalError);
+        setCloseSpectralAnalysisFitResults();
+    }
+    setLinearFitResults(document.linearFit.dA, document.linearFit.dB);
+    return setCloseSpectralAnalysis();
+}
+
+void CPLSpectralWrapper::writeOpen(int elementId, const AttrMap& attrs)
+{
+    if (m_writer)
+        m_writer->writeOpenTag(elementName(ElementId(elementId)), attrs);
+}
+
+void CPLSpectralWrapper::writeAtom(int elementId, const AttrMap& attrs)
+{
+    if (m_writer)
+        m_writer->writeAtomTag(elementName(ElementId(elementId)), attrs);
+}
+
+void CPLSpectralWrapper::writeClose(int elementId)
+{
+    if (m_writer)
+        m_writer->writeCloseTag(elementName(ElementId(elementId)));
+}
