@@ -430,4 +430,14 @@ void silenceMessages()
     qInstallMessageHandler(dropMessage);
 }
 
+int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
+{
+    const std::string failure = check(data, size);
+    if (!failure.empty()) {
+        std::fprintf(stderr, "%s: %s\n", target, failure.c_str());
+        std::abort();
+    }
+    return 0;
+}
+
 } // namespace OvFuzz

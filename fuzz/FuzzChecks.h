@@ -44,6 +44,11 @@ std::string checkSpectral(const uint8_t* data, size_t size);
 // a fuzzing run.
 void silenceMessages();
 
+// One input of a fuzz target: runs `check` and, when a property fails, prints the target's
+// name and the failure to stderr and aborts, which is how libFuzzer learns of a finding.
+using Check = std::string (*)(const uint8_t* data, size_t size);
+int runTarget(const char* target, Check check, const uint8_t* data, size_t size);
+
 } // namespace OvFuzz
 
 #endif // FUZZCHECKS_H
