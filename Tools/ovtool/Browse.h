@@ -29,11 +29,6 @@ struct Skipped
     QString reason;
 };
 
-// How an acquisition is read. Lookup reads the file's bytes and picks out the image
-// section's values on the way, without building the document; FullLoad loads it as a
-// CPLClickInfo and asks for each value. Both give the same rows and skip the same files.
-enum class ReadMode { Lookup, FullLoad };
-
 // "Click Number", then the twelve browse column titles.
 QStringList columnTitles();
 // The position in columnTitles() of a title, in any case; -1 when there is none.
@@ -46,7 +41,7 @@ QString dateTimeText(const QString& secondsSince1904);
 // Reads one acquisition. False, with the reason, when the file cannot be read, has a
 // malformed section header, has no click number, or has neither a luminescent nor a
 // photographic image section.
-bool readRow(const QString& file, ReadMode mode, Row* row, QString* reason);
+bool readRow(const QString& file, Row* row, QString* reason);
 
 // Every file named "ClickInfo.txt" in `folder` and below, sorted by path. Symbolic links to
 // folders are not followed. `found`, when given, is called with the number found so far
@@ -62,8 +57,7 @@ struct Result
 // Finds and reads every acquisition below `folder`, in path order. `progress`, when given,
 // is called while the files are found, with -1 and the number found so far, then after
 // each file read, with the number read and the number found.
-Result browse(const QString& folder, ReadMode mode = ReadMode::Lookup,
-              const std::function<void(int done, int total)>& progress = {});
+Result browse(const QString& folder, const std::function<void(int done, int total)>& progress = {});
 
 // Sorts rows by a column (a position in columnTitles()): numbers first, by value, then text
 // in any case, then empty cells; `descending` reverses that. Rows that compare equal keep

@@ -113,8 +113,8 @@ int runBrowse(const QStringList& arguments)
     OvBrowse::Result result;
     {
         Progress progress;
-        result = OvBrowse::browse(folder, OvBrowse::ReadMode::Lookup,
-                                  [&](int done, int total) { progress.update(done, total); });
+        result
+            = OvBrowse::browse(folder, [&](int done, int total) { progress.update(done, total); });
     }
     for (const OvBrowse::Skipped& skipped : qAsConst(result.skipped))
         fail(skipped.file, skipped.reason + QLatin1String("; left out"));

@@ -9,9 +9,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
 #include <QSaveFile>
 #include <QScopeGuard>
 #include <QTextStream>
+#include <limits>
 
 #include <algorithm>
 #include <cstring>
@@ -151,19 +153,40 @@ int readWholeFile(const QString& filePath, QByteArray* bytes)
 // a large file, but costs more than reading a small one.
 constexpr qint64 MAP_FROM_SIZE = 256 * 1024;
 
+// The bytes of a file opened unbuffered, read straight into one buffer one byte larger than
+// the file's size: a read that does not fill it has reached the end, so a small file costs a
+// single read. A file that has grown since it was opened is read on to its end.
+QByteArray readWhole(QFile& file, qint64 size)
+{
+    QByteArray bytes(int(qMin<qint64>(size + 1, std::numeric_limits<int>::max())),
+                     Qt::Uninitialized);
+    qint64 got = 0;
+    for (;;) {
+        const qint64 wanted = bytes.size() - got;
+        const qint64 n = file.read(bytes.data() + got, wanted);
+        if (n > 0)
+            got += n;
+        if (n < wanted)
+            break;
+        bytes.resize(int(qMin<qint64>(qint64(bytes.size()) * 2, std::numeric_limits<int>::max())));
+    }
+    bytes.resize(int(got));
+    return bytes;
+}
+
 // Hands the bytes of a file to `use`: mapped into memory when the file is large and allows
 // it, else read whole.
 template<typename Use> int withFileBytes(const QString& filePath, Use use)
 {
     QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return PL_FILE_OPEN_FAILED;
     const qint64 size = file.size();
     if (const uchar* mapped = size >= MAP_FROM_SIZE ? file.map(0, size) : nullptr) {
         use(reinterpret_cast<const char*>(mapped), size);
         return PL_SUCCESS;
     }
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = readWhole(file, size);
     if (file.error() != QFileDevice::NoError)
         return PL_FILE_OPEN_FAILED;
     use(bytes.constData(), bytes.size());
