@@ -32,9 +32,9 @@ void printErrorLine(const QString& line)
 const QString EXIT_STATUS_HELP = QStringLiteral(
     "Exit status:\n"
     "  0  success\n"
-    "  1  the command failed on the file: it cannot be opened, read or written, it is\n"
-    "     malformed or holds no sections, it lacks the section or key named, or it\n"
-    "     cannot hold the text given\n"
+    "  1  the command failed on a file: it cannot be opened, read or written, it is\n"
+    "     malformed or empty, it lacks the section, key or element asked for, or it\n"
+    "     cannot hold the text given (browse: an acquisition was left out)\n"
     "  2  usage error: unknown command or option, wrong number of arguments\n"
     "A failure is reported as one line on stderr that names the file.\n");
 
