@@ -12,6 +12,8 @@
 
 namespace {
 
+using Strings = std::vector<std::string>;
+
 // Owns a malloc'd result of the scanner and gives it as a string (or "<null>").
 std::string take(char* block)
 {
@@ -30,80 +32,54 @@ std::unique_ptr<char[]> heapBuffer(const std::string& text)
     return buffer;
 }
 
+// Calls `next` from `position` until it gives null: each result with the position it left,
+// then the position the null left.
+Strings walk(char* (*next)(const char*, long*), const std::string& text, long position = 0)
+{
+    auto buffer = heapBuffer(text);
+    Strings seen;
+    while (char* block = next(buffer.get(), &position))
+        seen.push_back(take(block) + "@" + std::to_string(position));
+    seen.push_back("end@" + std::to_string(position));
+    return seen;
+}
+
 const std::string kTwoSections = "*** A:\ta\r\nk:\tv\r\n*** B:\tb\r\nm:\tw\r\n";
 
 } // namespace
 
-TEST(GetNextSection, WalksSectionsAndLeavesThePositionOnTheNextHeader)
+TEST(GetNextSection, WalksFromHeaderToHeader)
 {
-    auto buffer = heapBuffer(kTwoSections);
-    long position = 0;
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "*** A:\ta\r\nk:\tv\r\n");
-    EXPECT_EQ(position, 16);
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "*** B:\tb\r\nm:\tw\r\n");
-    EXPECT_EQ(position, long(kTwoSections.size()));
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "<null>");
-    EXPECT_EQ(position, long(kTwoSections.size()));
-}
-
-TEST(GetNextSection, LastLineWithoutLineFeedEndsOnePastTheLength)
-{
-    const std::string text = kTwoSections.substr(0, kTwoSections.size() - 2);
-    auto buffer = heapBuffer(text);
-    long position = 16;
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "*** B:\tb\r\nm:\tw");
-    EXPECT_EQ(position, long(text.size()) + 1);
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "<null>");
-    EXPECT_EQ(position, long(text.size()) + 1);
-}
-
-TEST(GetNextSection, PassesOverTextBeforeTheFirstHeader)
-{
-    auto buffer = heapBuffer("preamble\nmore\n*** A:\ta\nk:\tv\n");
-    long position = 0;
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "*** A:\ta\nk:\tv\n");
-    EXPECT_EQ(take(getNextSection(buffer.get(), &position)), "<null>");
-}
-
-TEST(GetNextSection, NoHeaderMovesThePositionToTheEnd)
-{
-    auto withLineFeed = heapBuffer("just text\nno header\n");
-    long position = 0;
-    EXPECT_EQ(take(getNextSection(withLineFeed.get(), &position)), "<null>");
-    EXPECT_EQ(position, 20);
-
-    auto withoutLineFeed = heapBuffer("just text");
-    position = 0;
-    EXPECT_EQ(take(getNextSection(withoutLineFeed.get(), &position)), "<null>");
-    EXPECT_EQ(position, 10);
+    EXPECT_EQ(walk(getNextSection, kTwoSections),
+              (Strings { "*** A:\ta\r\nk:\tv\r\n@16", "*** B:\tb\r\nm:\tw\r\n@32", "end@32" }));
+    // A last line without a line feed ends one past the length.
+    EXPECT_EQ(walk(getNextSection, kTwoSections.substr(0, 30), 16),
+              (Strings { "*** B:\tb\r\nm:\tw@31", "end@31" }));
+    EXPECT_EQ(walk(getNextSection, "preamble\nmore\n*** A:\ta\nk:\tv\n"),
+              (Strings { "*** A:\ta\nk:\tv\n@28", "end@28" }));
+    // Without a header the position moves to the end.
+    EXPECT_EQ(walk(getNextSection, "just text\nno header\n"), Strings { "end@20" });
+    EXPECT_EQ(walk(getNextSection, "just text"), Strings { "end@10" });
 }
 
 TEST(GetNextSection, HeaderIsAFirstTokenBeginningWithThreeAsterisks)
 {
     // Leading blanks and tabs are skipped; four asterisks or none blank after them still count.
-    auto buffer = heapBuffer("*** A:\n  *** B:\n\t***C:\n****D:\n** E:\n\r\n*x F:\n");
-    std::vector<std::string> sections;
-    long position = 0;
-    while (char* block = getNextSection(buffer.get(), &position))
-        sections.push_back(take(block));
     // "** E:", the CR LF line and "*x F:" are body lines of section D.
-    EXPECT_EQ(sections,
-              (std::vector<std::string> { "*** A:\n", "  *** B:\n", "\t***C:\n",
-                                          "****D:\n** E:\n\r\n*x F:\n" }));
+    EXPECT_EQ(walk(getNextSection, "*** A:\n  *** B:\n\t***C:\n****D:\n** E:\n\r\n*x F:\n"),
+              (Strings { "*** A:\n@7", "  *** B:\n@16", "\t***C:\n@23",
+                         "****D:\n** E:\n\r\n*x F:\n@44", "end@44" }));
 }
 
 TEST(GetNextSection, NullBufferPositionsPastTheEndAndNegativePositionsReadNothing)
 {
     long position = 0;
     EXPECT_EQ(getNextSection(nullptr, &position), nullptr);
-    auto buffer = heapBuffer("*** A:\n");
-    for (long start : { 7L, 8L, 1000L, -1L }) {
-        position = start;
-        EXPECT_EQ(getNextSection(buffer.get(), &position), nullptr) << start;
-        EXPECT_EQ(position, start);
-    }
+    for (long start : { 7L, 8L, 1000L, -1L })
+        EXPECT_EQ(walk(getNextSection, "*** A:\n", start),
+                  Strings { "end@" + std::to_string(start) });
     // Without a position the scan starts at 0.
-    EXPECT_EQ(take(getNextSection(buffer.get(), nullptr)), "*** A:\n");
+    EXPECT_EQ(take(getNextSection(heapBuffer("*** A:\n").get(), nullptr)), "*** A:\n");
 }
 
 TEST(GetNextSection, InterleavedWalksOnTwoBuffersMatchSeparateWalks)
@@ -113,54 +89,29 @@ TEST(GetNextSection, InterleavedWalksOnTwoBuffersMatchSeparateWalks)
     auto second = heapBuffer("*** X:\n1:\t2\n*** Y:\n*** Z:\nlast");
     long p1 = 0;
     long p2 = 0;
-    std::vector<std::string> seen;
+    Strings seen;
     for (int i = 0; i < 4; ++i) {
         seen.push_back(take(getNextSection(first.get(), &p1)));
         seen.push_back(take(getNextSection(second.get(), &p2)));
     }
     EXPECT_EQ(seen,
-              (std::vector<std::string> { "*** A:\ta\r\nk:\tv\r\n", "*** X:\n1:\t2\n",
-                                          "*** B:\tb\r\nm:\tw\r\n", "*** Y:\n", "<null>",
-                                          "*** Z:\nlast", "<null>", "<null>" }));
+              (Strings { "*** A:\ta\r\nk:\tv\r\n", "*** X:\n1:\t2\n", "*** B:\tb\r\nm:\tw\r\n",
+                         "*** Y:\n", "<null>", "*** Z:\nlast", "<null>", "<null>" }));
 }
 
 TEST(ReadLine, ReturnsLinesWithTheirLineEnds)
 {
-    auto buffer = heapBuffer("one\r\ntwo\n\nlast");
+    EXPECT_EQ(walk(readLine, "one\r\ntwo\n\nlast"),
+              (Strings { "one\r\n@5", "two\n@9", "\n@10", "last@15", "end@15" }));
+    EXPECT_EQ(walk(readLine, ""), Strings { "end@0" });
+    EXPECT_EQ(walk(readLine, "\nsecond\n", -5), Strings { "end@-5" });
     long position = 0;
-    std::vector<std::string> lines;
-    std::vector<long> positions;
-    while (char* line = readLine(buffer.get(), &position)) {
-        lines.push_back(take(line));
-        positions.push_back(position);
-    }
-    EXPECT_EQ(lines, (std::vector<std::string> { "one\r\n", "two\n", "\n", "last" }));
-    EXPECT_EQ(positions, (std::vector<long> { 5, 9, 10, 15 }));
-}
-
-TEST(ReadLine, BoundaryCases)
-{
-    auto abc = heapBuffer("abc");
-    long position = 0;
-    EXPECT_EQ(take(readLine(abc.get(), &position)), "abc");
-    EXPECT_EQ(position, 4);
-    EXPECT_EQ(readLine(abc.get(), &position), nullptr);
-    EXPECT_EQ(position, 4);
-
-    auto empty = heapBuffer("");
-    position = 0;
-    EXPECT_EQ(readLine(empty.get(), &position), nullptr);
-    EXPECT_EQ(readLine(empty.get(), nullptr), nullptr);
     EXPECT_EQ(readLine(nullptr, &position), nullptr);
-
     // Without a position the first line comes back every time.
     auto two = heapBuffer("\nsecond\n");
     EXPECT_EQ(take(readLine(two.get(), nullptr)), "\n");
     EXPECT_EQ(take(readLine(two.get(), nullptr)), "\n");
-
-    position = -5;
-    EXPECT_EQ(readLine(two.get(), &position), nullptr);
-    EXPECT_EQ(position, -5);
+    EXPECT_EQ(readLine(heapBuffer("").get(), nullptr), nullptr);
 }
 
 TEST(GetSectionBuffer, CutsAtTheBlankPrefixAnywhereInTheText)

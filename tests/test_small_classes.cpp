@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 TEST(InfoItem, HoldsAnOwnedCopyOfItsString)
 {
     CPLInfoItem item;
@@ -23,18 +21,14 @@ TEST(InfoItem, HoldsAnOwnedCopyOfItsString)
     EXPECT_STREQ(item.GetString(), "photographic");
 
     item = "";
-    ASSERT_NE(item.GetString(), nullptr);
-    EXPECT_EQ(std::strlen(item.GetString()), 0u);
+    EXPECT_STREQ(item.GetString(), ""); // empty, not null
     item.SetString(nullptr);
     EXPECT_EQ(item.GetString(), nullptr);
 }
 
 TEST(BrowseInfo, KeepsItsType)
 {
-    CPLBrowseInfo info;
-    EXPECT_EQ(info.getType(), 0);
-    info.setType(12);
-    EXPECT_EQ(info.getType(), 12);
+    EXPECT_EQ(CPLBrowseInfo().getType(), 0);
     EXPECT_EQ(CPLBrowseInfo(3).getType(), 3);
 }
 
@@ -42,5 +36,4 @@ TEST(ParserLibrary, ReportsTheVersionItWasBuiltAs)
 {
     EXPECT_EQ(fnParserLibrary(), OVPARSER_VERSION_NUMBER);
     EXPECT_EQ(CParserLibrary::version(), L1(OVPARSER_VERSION_STRING));
-    EXPECT_EQ(CParserLibrary::version().split(QLatin1Char('.')).size(), 3);
 }

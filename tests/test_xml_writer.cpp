@@ -25,26 +25,12 @@ QByteArray written(const std::function<void(CPLXMLWriter&)>& write, QTextCodec* 
     return buffer.data();
 }
 
+// The ampersand first, so that "&lt;" is kept as text; tabs and line breaks stay as they are.
 TEST(XMLWriter, ProtectEscapesTheAmpersandFirst)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    const CPLXMLWriter writer(&buffer, nullptr);
-    const struct
-    {
-        const char* text;
-        const char* escaped;
-    } cases[] = {
-        { "a<b & 'c'", "a&lt;b &amp; &apos;c&apos;" },
-        { "&lt;", "&amp;lt;" },
-        { "\"x\" > y", "&quot;x&quot; &gt; y" },
-        { "line\nbreak\ttab", "line\nbreak\ttab" },
-        { "", "" },
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(writer.protect(L1(c.text)), L1(c.escaped)) << c.text;
-    EXPECT_EQ(writer.protect(QString::fromUtf8("\xc3\xa9<\xe2\x82\xac")),
-              QString::fromUtf8("\xc3\xa9&lt;\xe2\x82\xac"));
+    const QString text = QString::fromUtf8("a<b & 'c' \"x\" > y &lt;\n\t\xc3\xa9\xe2\x82\xac");
+    EXPECT_EQ(written([&](CPLXMLWriter& w) { w.writeString(text); }),
+              "a&lt;b &amp; &apos;c&apos; &quot;x&quot; &gt; y &amp;lt;\n\t\xc3\xa9\xe2\x82\xac");
 }
 
 TEST(XMLWriter, TagsAndAttributesInNameOrder)
@@ -66,48 +52,27 @@ TEST(XMLWriter, TagsAndAttributesInNameOrder)
               "<t a=\"&lt;1&gt;\" b=\"2\">a&amp;b</t><empty></empty>&apos;<raw&></r>");
 }
 
+// Text written after a line break takes the place of the indentation; an end tag without its
+// start tag leaves the depth at 0.
 TEST(XMLWriter, IndentsOnlyAfterNewLine)
-{
-    const std::function<void(CPLXMLWriter&)> steps[] = {
-        [](CPLXMLWriter& w) { w.writeOpenTag(L1("a")); },
-        [](CPLXMLWriter& w) { w.writeOpenTag(L1("b")); },
-        [](CPLXMLWriter& w) { w.writeAtomTag(L1("c")); },
-        [](CPLXMLWriter& w) { w.writeTaggedString(L1("d"), L1("x")); },
-        [](CPLXMLWriter& w) { w.writeCloseTag(L1("b")); },
-        [](CPLXMLWriter& w) { w.writeCloseTag(L1("a")); },
-    };
-    const auto nested = [&](CPLXMLWriter& w, bool lines) {
-        for (const auto& step : steps) {
-            step(w);
-            if (lines)
-                w.newLine();
-        }
-    };
-    EXPECT_EQ(written([&](CPLXMLWriter& w) { nested(w, false); }), "<a><b><c/><d>x</d></b></a>");
-    EXPECT_EQ(written([&](CPLXMLWriter& w) { nested(w, true); }),
-              "<a>\n    <b>\n        <c/>\n        <d>x</d>\n    </b>\n</a>\n");
-    // Text written after a line break takes the place of the indentation.
-    EXPECT_EQ(written([](CPLXMLWriter& w) {
-                  w.writeOpenTag(L1("a"));
-                  w.newLine();
-                  w.writeString(L1("text"));
-                  w.writeAtomTag(L1("b"));
-                  w.newLine();
-                  w.writeAtomTag(L1("c"));
-              }),
-              "<a>\ntext<b/>\n    <c/>");
-}
-
-TEST(XMLWriter, CloseWithoutOpenStillWritesTheEndTag)
 {
     EXPECT_EQ(written([](CPLXMLWriter& w) {
                   w.writeCloseTag(L1("x"));
                   w.newLine();
-                  w.writeOpenTag(L1("y"));
+                  w.writeOpenTag(L1("a"));
                   w.newLine();
-                  w.writeAtomTag(L1("z"));
+                  w.writeOpenTag(L1("b"));
+                  w.writeAtomTag(L1("c"));
+                  w.newLine();
+                  w.writeTaggedString(L1("d"), L1("x"));
+                  w.newLine();
+                  w.writeString(L1("text"));
+                  w.writeCloseTag(L1("b"));
+                  w.newLine();
+                  w.writeCloseTag(L1("a"));
+                  w.newLine();
               }),
-              "</x>\n<y>\n    <z/>");
+              "</x>\n<a>\n    <b><c/>\n        <d>x</d>\ntext</b>\n</a>\n");
 }
 
 TEST(XMLWriter, DeclarationOnlyWithACodec)
