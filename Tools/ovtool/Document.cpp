@@ -42,11 +42,6 @@ int loadStatus(const QString& path, CPLClickInfo* document)
     return document->loadClickInfoDcm(bytes.constData(), bytes.size());
 }
 
-bool isLatin1(const QString& text)
-{
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= 0xff; });
-}
-
 } // namespace
 
 QString loadFailure(int status)
@@ -127,26 +122,28 @@ QString unwritableText(const QString& text, TextRole role)
     const QString what = role == TextRole::Value ? QStringLiteral("the value")
         : role == TextRole::Key                  ? QStringLiteral("the key")
                                                  : QStringLiteral("the section key");
-    // A line break would end the line in the file, and cannot be shown in a one-line report.
-    if (text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r')))
-        return what + QLatin1String(" holds a line break");
     const QString named = what + QLatin1Char(' ') + quoted(text);
-    if (!isLatin1(text))
-        return named + QLatin1String(" holds characters outside Latin-1");
-    if (text != text.trimmed())
-        return named + QLatin1String(" begins or ends with white space, which reading drops");
-    if (role == TextRole::Value)
+    switch (CPLSection::textFault(text, role)) {
+    case CPLSection::TextFault::None:
         return QString();
-    if (text.isEmpty())
+    case CPLSection::TextFault::LineBreak:
+        // Not quoted: a line break cannot be shown in a one-line report.
+        return what + QLatin1String(" holds a line break");
+    case CPLSection::TextFault::NotLatin1:
+        return named + QLatin1String(" holds characters outside Latin-1");
+    case CPLSection::TextFault::OuterWhiteSpace:
+        return named + QLatin1String(" begins or ends with white space, which reading drops");
+    case CPLSection::TextFault::Empty:
         return what + QLatin1String(" is empty");
-    if (text.contains(QLatin1Char(':')))
+    case CPLSection::TextFault::Colon:
         return named + QLatin1String(" holds a colon, which ends a key");
-    if (text.contains(QLatin1Char('#')))
+    case CPLSection::TextFault::Hash:
         return named + QLatin1String(" holds a \"#\", which starts a comment");
-    if (role == TextRole::Key && text.startsWith(QLatin1String("***")))
+    case CPLSection::TextFault::HeaderStart:
         return named + QLatin1String(" begins with \"***\", which starts a section header");
-    if (role == TextRole::Key && CPLSection::isCommentKey(text))
+    case CPLSection::TextFault::CommentKey:
         return named + QLatin1String(" names a comment line");
+    }
     return QString();
 }
 

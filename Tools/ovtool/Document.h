@@ -4,6 +4,8 @@
 // Loading and saving the document a command works on, with one-line reports of what fails,
 // and the checks that keep an edit from losing or garbling text.
 
+#include "PLSection.h"
+
 #include <QString>
 #include <QVector>
 
@@ -31,9 +33,9 @@ int saveDocument(const CPLClickInfo& document, const QString& path);
 // string when both are present.
 QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, const QString& key);
 
-enum class TextRole { SectionKey, Key, Value };
-// Why `text` cannot be written in the file as a `role` and read back the same (a line break,
-// a character outside Latin-1, a colon in a key...); an empty string when it can.
+using TextRole = CPLSection::TextRole;
+// Why `text` cannot be written in the file as a `role` and read back the same, in words for
+// the user (CPLSection::textFault()); an empty string when it can.
 QString unwritableText(const QString& text, TextRole role);
 
 // One entry of a section as shown: a key and its value, or a comment line (key empty, the

@@ -1,9 +1,14 @@
-// Writes the bundled sample acquisitions made with the image section builder:
+// Writes the bundled samples that the library makes: the acquisitions built with the image
+// section builder, and the spectral analysis written by CPLSpectralWrapper (spectral/):
 //   make_samples FOLDER     (usually the repository's samples/ folder)
-// Times are written in UTC, so the files are the same on every machine; a test checks that
-// the files in samples/ are what this program writes.
+// Times are written in UTC and the analysis's date and time is fixed, so the files are the
+// same on every machine; tests check that the files in samples/ are what this program writes.
 
+#include "PLStatus.h"
 #include "SampleAcquisitions.h"
+#include "SpectralSample.h"
+
+#include <QDir>
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -22,7 +27,11 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: make_samples FOLDER\n");
         return 2;
     }
-    if (!OvSamples::writeAcquisitions(arguments.at(1), OvSamples::bundledAcquisitions())) {
+    const QDir folder(arguments.at(1));
+    if (!OvSamples::writeAcquisitions(folder.path(), OvSamples::bundledAcquisitions())
+        || !folder.mkpath(QStringLiteral("spectral"))
+        || writeSpectralSample(folder.filePath(QStringLiteral("spectral/SpectralAnalysis.xml")))
+            != PL_SUCCESS) {
         std::fprintf(stderr, "make_samples: cannot write below %s\n", argv[1]);
         return 1;
     }

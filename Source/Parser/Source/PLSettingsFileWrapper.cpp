@@ -315,7 +315,12 @@ QString CPLSettingsFileWrapper::getFileNameForMenuName(const QString& menuName, 
 
 QList<CPLSection*> CPLSettingsFileWrapper::sectionsWithMenuName(const QString& menuName)
 {
-    QList<CPLSection*> sections = getSections();
+    return sectionsWithMenuName(getSections(), menuName);
+}
+
+QList<CPLSection*> CPLSettingsFileWrapper::sectionsWithMenuName(QList<CPLSection*> sections,
+                                                                const QString& menuName) const
+{
     sections.erase(std::remove_if(sections.begin(), sections.end(),
                                   [&](const CPLSection* section) {
                                       QString name;
@@ -328,11 +333,12 @@ QList<CPLSection*> CPLSettingsFileWrapper::sectionsWithMenuName(const QString& m
 
 int CPLSettingsFileWrapper::setFileNameForMenuName(const QString& menuName, const QString& fileName)
 {
-    if (getSections().isEmpty())
+    const QList<CPLSection*> sections = getSections();
+    if (sections.isEmpty())
         return PL_NOTHING_TO_WORK_ON;
     int status = PL_KEY_NOT_FOUND;
-    const QList<CPLSection*> sections = sectionsWithMenuName(menuName);
-    for (CPLSection* section : sections)
+    const QList<CPLSection*> named = sectionsWithMenuName(sections, menuName);
+    for (CPLSection* section : named)
         status = section->setValue(m_strFileNameTag, fileName);
     return status;
 }

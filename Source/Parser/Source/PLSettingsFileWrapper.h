@@ -156,6 +156,9 @@ private:
     bool menuNameOf(const CPLSection* section, bool rawName, QString* menuName) const;
     // The sections whose menu name equals `menuName` in any case.
     QList<CPLSection*> sectionsWithMenuName(const QString& menuName);
+    // The same among `sections`.
+    QList<CPLSection*> sectionsWithMenuName(QList<CPLSection*> sections,
+                                            const QString& menuName) const;
     // The file names of the folder that have the extension "txt" in any case, sorted by name;
     // none when the folder does not exist.
     QStringList textFilesOfFolder() const;

@@ -261,14 +261,20 @@ CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
     m_Sections.erase(it);
     m_pLastSection = nullptr;
     // Sections are usually taken in order (clearData()), so the key is found at the front.
-    const auto key
-        = std::find_if(m_SectionKeys.begin(), m_SectionKeys.end(), [&](const QString& k) {
-              return k.compare(sectionKey, Qt::CaseInsensitive) == 0;
-          });
-    if (key != m_SectionKeys.end())
-        m_SectionKeys.erase(key);
+    const int position = sectionPosition(sectionKey);
+    if (position >= 0)
+        m_SectionKeys.removeAt(position);
     --m_iSectionCount;
     return section;
+}
+
+int CPLClickInfo::sectionPosition(const QString& sectionKey) const
+{
+    for (int i = 0; i < m_SectionKeys.size(); ++i) {
+        if (m_SectionKeys.at(i).compare(sectionKey, Qt::CaseInsensitive) == 0)
+            return i;
+    }
+    return -1;
 }
 
 int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)

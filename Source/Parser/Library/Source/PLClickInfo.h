@@ -245,6 +245,8 @@ protected:
     // Hands a section to addSection() and releases it from `section` when the document took
     // it; otherwise `section` still owns it. Returns the status of addSection().
     int adoptSection(std::unique_ptr<CPLSection>& section);
+    // The position of a section key in the order of sections, in any case; -1 when absent.
+    int sectionPosition(const QString& sectionKey) const;
     // Adds a "User Input" section named after the default label set, with an empty value for
     // each of its labels, when there is none. 0, or 33 when it cannot be added.
     int addDefaultUserInputSection();

@@ -379,15 +379,6 @@ bool isCalibrationType(tag_eimagetype type)
         || type == IMAGETYPE_DARKCHARGE;
 }
 
-int indexOfKey(const QStringList& keys, const QString& key)
-{
-    for (int i = 0; i < keys.size(); ++i) {
-        if (keys.at(i).compare(key, Qt::CaseInsensitive) == 0)
-            return i;
-    }
-    return -1;
-}
-
 // Sets `key` of a section to `value`, adding the key when the section lacks it.
 void putValue(CPLSection& section, const QString& key, const QString& value)
 {
@@ -406,12 +397,11 @@ int CPLClickInfo::addTiffImageSection(const QString& sectionName, tag_eimagetype
         return PL_NULL_ARGUMENT;
     if (sectionName.isEmpty())
         return PL_NOTHING_TO_WORK_ON;
-    int position = indexOfKey(m_SectionKeys, sectionName);
+    int position = sectionPosition(sectionName);
     if (position >= 0 && !replace)
         return PL_INVALID_ARGUMENT;
     if (position < 0 && isCalibrationType(type))
-        position = indexOfKey(m_SectionKeys,
-                              OVSGlobalConstants::g_strImageSections[IMAGETYPE_READBIASONLY]);
+        position = sectionPosition(OVSGlobalConstants::g_strImageSections[IMAGETYPE_READBIASONLY]);
 
     auto section = std::make_unique<CPLSection>(sectionName, sectionName);
     section->loadSectionData(imageSectionBody(type, *setup));

@@ -27,17 +27,13 @@ bool isDefaultSet(const QString& setName)
 }
 
 // The status for a set name or label that is to be written into the file: 19 when empty, 31
-// when it would not read back as given.
-int checkWritable(const QString& text, bool isLabel)
+// when it would not read back as given (CPLSection::textFault()).
+int checkWritable(const QString& text, CPLSection::TextRole role)
 {
     if (text.isEmpty())
         return PL_EMPTY_KEY;
-    const bool unreadable = text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r'))
-        || text.contains(QLatin1Char('#')) || text != text.trimmed();
-    const bool badLabel = isLabel
-        && (text.contains(QLatin1Char(':')) || text.startsWith(QLatin1String("***"))
-            || CPLSection::isCommentKey(text));
-    return unreadable || badLabel ? PL_INVALID_ARGUMENT : PL_SUCCESS;
+    return CPLSection::textFault(text, role) == CPLSection::TextFault::None ? PL_SUCCESS
+                                                                            : PL_INVALID_ARGUMENT;
 }
 
 } // namespace
@@ -134,11 +130,11 @@ int CPLLabelDataSet::selectLabelSet(const QString& setName)
 
 int CPLLabelDataSet::addLabelSet(const QString& setName, const QStringList& labels)
 {
-    int status = checkWritable(setName, false);
+    int status = checkWritable(setName, CPLSection::TextRole::SectionName);
     QStringList seen;
     for (const QString& label : labels) {
         if (status == PL_SUCCESS)
-            status = checkWritable(label, true);
+            status = checkWritable(label, CPLSection::TextRole::Key);
         if (status == PL_SUCCESS && seen.contains(label, Qt::CaseInsensitive))
             status = PL_INVALID_ARGUMENT;
         seen.append(label);
@@ -188,14 +184,19 @@ int CPLLabelDataSet::getLabelData(QStringList* labels) const
 
 int CPLLabelDataSet::getCount() const
 {
-    QStringList labels;
-    getLabelData(&labels);
-    return labels.size();
+    if (const CPLSection* section = setSection(m_strChosenSet))
+        return section->count();
+    return isDefaultSet(m_strChosenSet) ? int(std::size(PLConstants::strUserLabelSetKeys)) : 0;
 }
 
 QString CPLLabelDataSet::operator[](int position) const
 {
-    QStringList labels;
-    getLabelData(&labels);
-    return labels.value(position);
+    if (position < 0 || position >= getCount())
+        return QString();
+    if (const CPLSection* section = setSection(m_strChosenSet)) {
+        QString label;
+        section->getKey(position, &label);
+        return label;
+    }
+    return PLConstants::strUserLabelSetKeys[position];
 }

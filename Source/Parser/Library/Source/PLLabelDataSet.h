@@ -58,8 +58,9 @@ public:
 
     // Adds a set at the end, or replaces the labels of the set of that name. 19 for an empty
     // name or label, 31 for a name or label that cannot stand in the file as given (a line
-    // break, surrounding white space, a "#"; a label also must not hold a colon). Nothing is
-    // changed on failure.
+    // break, a character outside Latin-1, surrounding white space, a "#"; a label is a key
+    // and also must not hold a colon: CPLSection::textFault()), or for a label given twice.
+    // Nothing is changed on failure.
     int addLabelSet(const QString& setName, const QStringList& labels);
     // Removes the set of this name; 24 when the document holds none.
     int removeLabelSet(const QString& setName);

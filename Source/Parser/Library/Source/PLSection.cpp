@@ -696,6 +696,30 @@ bool CPLSection::isCommentKey(const QString& key)
     return isCommentEntryKey(key);
 }
 
+CPLSection::TextFault CPLSection::textFault(const QString& text, TextRole role)
+{
+    if (text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r')))
+        return TextFault::LineBreak;
+    if (std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xff; }))
+        return TextFault::NotLatin1;
+    if (text != text.trimmed())
+        return TextFault::OuterWhiteSpace;
+    if (role == TextRole::Value)
+        return TextFault::None;
+    const bool isKey = role == TextRole::Key || role == TextRole::SectionKey;
+    if (isKey && text.isEmpty())
+        return TextFault::Empty;
+    if (isKey && text.contains(QLatin1Char(':')))
+        return TextFault::Colon;
+    if (text.contains(QLatin1Char('#')))
+        return TextFault::Hash;
+    if (role == TextRole::Key && text.startsWith(QLatin1String("***")))
+        return TextFault::HeaderStart;
+    if (role == TextRole::Key && isCommentKey(text))
+        return TextFault::CommentKey;
+    return TextFault::None;
+}
+
 QList<QPair<int, QString>> CPLSection::getIrregularLines() const
 {
     return d->irregularLines;

@@ -145,6 +145,28 @@ public:
     // Whether a key names a comment entry: it contains "CommentLine ", in any case.
     static bool isCommentKey(const QString& key);
 
+    // The part a text is to play in a section's lines.
+    enum class TextRole { SectionKey, SectionName, Key, Value };
+    // What keeps a text from being written in a section's lines as `role` and read back the
+    // same; TextFault::None when nothing does. Checked in this order: a line break (it ends
+    // the line); a character outside Latin-1 (files are Latin-1); white space at either end
+    // (reading trims it); then, for all but values: emptiness (section keys and keys only),
+    // a colon (it ends section keys and keys), a "#" (it starts a comment); for keys only: a
+    // beginning "***" (the line would read as a section header) and "CommentLine " (the entry
+    // would be written as a comment line). A "#" in a value starts its inline comment.
+    enum class TextFault {
+        None,
+        LineBreak,
+        NotLatin1,
+        OuterWhiteSpace,
+        Empty,
+        Colon,
+        Hash,
+        HeaderStart,
+        CommentKey
+    };
+    static TextFault textFault(const QString& text, TextRole role);
+
     // The lines of the last loaded body that saving will not write back as they stood, each
     // with its 1-based line number in the text given to loadSectionData() and the reason: a
     // key line that begins with blanks (its key is cut at a shifted place), a key that begins
