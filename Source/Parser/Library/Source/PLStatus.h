@@ -1,6 +1,11 @@
 #ifndef PLSTATUS_H
 #define PLSTATUS_H
 
+#include "ovparser_global.h"
+
+#include <QString>
+#include <QtGlobal>
+
 // Status codes shared by every operation of the library. Operations return an int status,
 // PL_SUCCESS (0) on success, and write their results through pointer parameters only on
 // success. The numbers are part of the interface: callers and other programs compare them.
@@ -9,7 +14,7 @@ constexpr int PL_SUCCESS = 0;
 // A section header line is malformed: no "***" prefix, no colon after it, or a "#" at or
 // before the colon.
 constexpr int PL_MALFORMED_SECTION_HEADER = 5;
-// A file cannot be opened (or read).
+// A file cannot be opened (or read), or a file to be written cannot be created or opened.
 constexpr int PL_FILE_OPEN_FAILED = 11;
 // A required result pointer or argument is null, or a required key is null or empty.
 constexpr int PL_NULL_ARGUMENT = 16;
@@ -17,7 +22,8 @@ constexpr int PL_NULL_ARGUMENT = 16;
 constexpr int PL_EMPTY_KEY = 19;
 // A key or section is not present.
 constexpr int PL_KEY_NOT_FOUND = 24;
-// An argument is invalid, or a write to a file was short.
+// An argument is invalid (text that cannot stand in a file as given, say), or a write to a
+// file failed: short, or a sync, close or rename that the system refused.
 constexpr int PL_INVALID_ARGUMENT = 31;
 constexpr int PL_SHORT_WRITE = PL_INVALID_ARGUMENT;
 // Nothing to work on: an empty section key, an empty click number, no section to use.
@@ -26,9 +32,44 @@ constexpr int PL_NOTHING_TO_WORK_ON = 33;
 constexpr int PL_OUT_OF_RANGE = 48;
 // The section named in a typed get or set is not present in the document.
 constexpr int PL_SECTION_NOT_PRESENT = 49;
+// An XML document is not well-formed, or nested deeper than the library reads.
+constexpr int PL_MALFORMED_XML = 50;
 // A folder that a document is to read does not exist.
 constexpr int PL_FOLDER_MISSING = 62;
-// An XML document is not well-formed.
-constexpr int PL_MALFORMED_XML = 50;
+// A file is larger than the library loads (PL_MAX_FILE_SIZE).
+constexpr int PL_FILE_TOO_LARGE = 63;
+// A path names a FIFO, a device or a socket where a regular file is needed: such files are
+// never read as documents nor replaced by a save.
+constexpr int PL_NOT_REGULAR_FILE = 64;
+// Memory for the operation could not be allocated; the critical message "Unable To Allocate
+// Memory for Operation " is logged with the source, line and function.
+constexpr int PL_OUT_OF_MEMORY = 65;
+// Another editor holds the file's lock ("<file>.lock", or a lock on the file itself), or a
+// lock was left behind by an editor that ended.
+constexpr int PL_FILE_LOCKED = 66;
+// An edit names a key that its section holds on more than one line: which line is meant is
+// not clear, so nothing is changed.
+constexpr int PL_KEY_REPEATED = 67;
+
+// The largest file the library loads as a document or XML file, 256 MiB: far above any
+// metadata or configuration file, and low enough that the text of a load (two bytes per
+// character) always fits in memory a Qt 5 string can address. Larger files give
+// PL_FILE_TOO_LARGE before anything is allocated for them. For a DICOM file the limit
+// applies to its metadata, the text after the image data, not to the image.
+constexpr qint64 PL_MAX_FILE_SIZE = qint64(256) * 1024 * 1024;
+
+// How long an edit or a save waits for another editor's lock before it gives up with
+// PL_FILE_LOCKED, in milliseconds.
+constexpr int PL_LOCK_WAIT_MS = 5000;
+
+// What a status means, as a short phrase a person reads ("the file cannot be opened"); the
+// library's messages and ovtool use the same words. An unknown status gives "status N".
+OVPARSER_EXPORT QString getStatusText(int status);
+
+// The operating system's reason ("Permission denied", "No space left on device") for the
+// last file operation of the library on this thread that the system refused; empty when
+// the last such operation failed for a reason of its own (a file too large, say) or did not
+// fail. Each operation that reads or writes a file clears it when it starts.
+OVPARSER_EXPORT QString getLastSystemError();
 
 #endif // PLSTATUS_H
