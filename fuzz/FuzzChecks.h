@@ -17,8 +17,10 @@ namespace OvFuzz {
 // The scanner: the input, NUL-terminated, walked with getNextSection() and with readLine().
 std::string checkScanner(const uint8_t* data, size_t size);
 
-// The ClickInfo document: the input loaded with loadTextBuffer() and saved; the saved text
-// must load again, and, when the first load gave no warnings, save back to the same text.
+// The ClickInfo document: the input loaded as the bytes of a file (loadClickInfoBytes()) and
+// saved. A load without warnings must save back exactly the input. (A load with warnings
+// gives no promise: a text line written with a "#" in front, a trimmed line that turns into a
+// section header, a key cut at a shifted place may all read back otherwise.)
 std::string checkClickInfo(const uint8_t* data, size_t size);
 
 // obtainValueFromClickInfoFile(): the first line of the input (at most 64 bytes) is the key,

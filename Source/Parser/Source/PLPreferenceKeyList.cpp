@@ -3,6 +3,8 @@
 #include "PLAssert_p.h"
 #include "PLConstants.h"
 #include "PLLabelDataSet.h"
+#include "PLLineGrammar_p.h"
+#include "PLLogging_p.h"
 #include "PLStatus.h"
 
 #include <QFile>
@@ -184,8 +186,7 @@ CPLPreferenceKey* CPLPreferenceKeyList::newKey(int line, const char* function)
 
 void CPLPreferenceKeyList::logAllocationFailure(int line, const char* function)
 {
-    QMessageLogger(SOURCE_NAME, line, function)
-        .critical("Unable To Allocate Memory for Operation ");
+    PLLog::allocationFailure(SOURCE_NAME, line, function);
 }
 
 CPLPreferenceKeyList& CPLPreferenceKeyList::operator=(CPLPreferenceKeyList* other)
@@ -251,8 +252,7 @@ int CPLPreferenceKeyList::loadData(const QString& data, QStringList* keyNames)
         if (found < 0)
             continue;
         const int colon = data.indexOf(QLatin1Char(':'), found);
-        const int lineEnd = data.indexOf(QLatin1Char('\n'), colon);
-        const QString value = data.mid(colon + 1, lineEnd < 0 ? -1 : lineEnd - colon - 1).trimmed();
+        const QString value = PLGrammar::restOfLine(data, colon + 1).toString();
         if (value.isEmpty())
             continue;
         CPLPreferenceKey* key = newKey(__LINE__, Q_FUNC_INFO);
@@ -276,14 +276,15 @@ int CPLPreferenceKeyList::saveData(CPLLabelDataSet* labels, QString* text) const
         return status;
     QString setName;
     labels->getLabelName(&setName);
-    QString result = PLConstants::SECTIONKEY_PREFIX + PLConstants::USERLABELSET_SECTION_KEY
-        + QLatin1String(":\t") + updateLabelSetName(setName) + PLConstants::STR_NEWLINE;
+    QString result
+        = PLGrammar::headerLine(PLConstants::USERLABELSET_SECTION_KEY, updateLabelSetName(setName));
     QString values;
     for (int i = 0; i < m_iCount; ++i) {
         if (!m_ppKeys[i])
             continue;
         m_ppKeys[i]->getSaveBuffer(&values);
-        result += labelNames.value(i) + QLatin1String(":\t") + values + PLConstants::STR_NEWLINE;
+        PLGrammar::appendKeyValueLine(result, labelNames.value(i), values);
+        result += PLConstants::STR_NEWLINE;
     }
     *text = result + PLConstants::STR_NEWLINE;
     return PL_SUCCESS;

@@ -1,7 +1,12 @@
 #include "PLClickInfo.h"
 
 #include "PLConstants.h"
+#include "PLDecodedText_p.h"
+#include "PLDicomMetadata_p.h"
 #include "PLKeyHash_p.h"
+#include "PLLineGrammar_p.h"
+#include "PLLoadCheck_p.h"
+#include "PLLogging_p.h"
 #include "PLScanner_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
@@ -9,107 +14,47 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
 #include <QSaveFile>
 #include <QScopeGuard>
-#include <QTextStream>
-#include <limits>
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <limits>
 #include <memory>
 
 namespace {
 
-// obtainValueFromClickInfoFile() reads lines in pieces of at most this many characters.
-constexpr qint64 LOOKUP_LINE_PIECE = 200;
+// The load warnings logged for one load at most; the rest are only counted in the log.
+constexpr int LOGGED_WARNINGS = 100;
 
-// Latin-1 text as the loaders read it: decoded, trimmed, with CR LF and lone CR turned into
-// LF. *linesBefore receives the number of line breaks trimmed off the front, so that line
-// numbers in the result can be told as lines of the original text.
-QString normalisedText(const char* data, qsizetype size, int* linesBefore)
-{
-    const PLText::Span<char> bytes = PLText::trimmed(PLText::Span<char> { data, data + size });
-    int breaks = 0;
-    for (const char* p = data; p != bytes.begin; ++p)
-        breaks += *p == '\n' || (*p == '\r' && (p + 1 == bytes.begin || p[1] != '\n'));
-    *linesBefore = breaks;
-
-    // One pass decodes the bytes and turns the line ends, run by run between CRs.
-    QString text(static_cast<int>(bytes.size()), Qt::Uninitialized);
-    ushort* out = reinterpret_cast<ushort*>(text.data());
-    const ushort* const begin = out;
-    for (const char* in = bytes.begin; in != bytes.end;) {
-        const char* cr = PLText::find(in, bytes.end, '\r');
-        for (const char* runEnd = cr ? cr : bytes.end; in != runEnd; ++in)
-            *out++ = static_cast<uchar>(*in);
-        if (!cr)
-            break;
-        *out++ = '\n';
-        if (++in != bytes.end && *in == '\n')
-            ++in;
-    }
-    text.truncate(static_cast<int>(out - begin));
-    return text;
-}
-
-// Splits a section header line into its key: the trimmed text between the "*** " prefix
-// (or "***" when no blank follows) and the first colon. 5 when there is no prefix, no
-// colon after it, or a "#" at or before the colon.
-int parseHeaderKey(QStringView header, QString* key)
-{
-    const QStringView fullPrefix(PLConstants::SECTIONKEY_PREFIX);
-    QStringView prefix = fullPrefix;
-    qsizetype start = header.indexOf(prefix);
-    if (start < 0) {
-        prefix = fullPrefix.left(3);
-        start = header.indexOf(prefix);
-    }
-    const qsizetype colon = header.indexOf(QLatin1Char(':'));
-    const qsizetype hash = header.indexOf(QLatin1Char('#'));
-    const qsizetype keyStart = start + prefix.size();
-    if (start < 0 || colon < keyStart || (hash >= 0 && hash <= colon))
-        return PL_MALFORMED_SECTION_HEADER;
-    *key = header.mid(keyStart, colon - keyStart).trimmed().toString();
-    return PL_SUCCESS;
-}
+using Span = PLText::Span<QChar>;
 
 // The line at `begin` without its line feed, read up to the end of the text.
-QStringView lineAt(const QChar* data, qint64 length, qint64 begin)
+Span lineAt(const QChar* data, qint64 length, qint64 begin)
 {
-    const qint64 end = qMin(PLScan::lineEnd(data, length, begin), length);
-    return QStringView(data + begin, end - begin);
+    const qint64 end = qMin(PLScan::lineEnd(data, length, begin) - 1, length);
+    return { data + begin, data + end };
+}
+
+QString toString(Span text)
+{
+    return QString(text.begin, int(text.size()));
 }
 
 // The length of a text read as C text: up to its first NUL.
-template<typename Char> qint64 textLength(const Char* data, qint64 size)
+qint64 textLength(const QChar* data, qint64 size)
 {
-    const Char* nul = PLText::findFar(data, data + size, '\0');
+    const QChar* nul = PLText::findFar(data, data + size, '\0');
     return nul ? nul - data : size;
 }
 
-// Tells the 1-based line of offsets that only grow, counting each line feed once.
-template<typename Char> class LineCounter
+// Where a message about a load points: "FILE:LINE", or "line LINE" for text given as text.
+QString location(const QString& source, int line)
 {
-public:
-    explicit LineCounter(const Char* data)
-        : m_data(data)
-    {
-    }
-    int lineAt(qint64 offset)
-    {
-        m_line += static_cast<int>(std::count_if(m_data + m_offset, m_data + offset,
-                                                 [](Char c) { return PLText::unit(c) == '\n'; }));
-        m_offset = offset;
-        return m_line;
-    }
-
-private:
-    const Char* m_data;
-    qint64 m_offset = 0;
-    int m_line = 1;
-};
+    return source.isEmpty() ? QStringLiteral("line %1").arg(line)
+                            : QStringLiteral("%1:%2").arg(source).arg(line);
+}
 
 int replaceFile(const QString& filePath, const QByteArray& bytes)
 {
@@ -182,15 +127,12 @@ template<typename Use> int withFileBytes(const QString& filePath, Use use)
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return PL_FILE_OPEN_FAILED;
     const qint64 size = file.size();
-    if (const uchar* mapped = size >= MAP_FROM_SIZE ? file.map(0, size) : nullptr) {
-        use(reinterpret_cast<const char*>(mapped), size);
-        return PL_SUCCESS;
-    }
+    if (const uchar* mapped = size >= MAP_FROM_SIZE ? file.map(0, size) : nullptr)
+        return use(reinterpret_cast<const char*>(mapped), size);
     const QByteArray bytes = readWhole(file, size);
     if (file.error() != QFileDevice::NoError)
         return PL_FILE_OPEN_FAILED;
-    use(bytes.constData(), bytes.size());
-    return PL_SUCCESS;
+    return use(bytes.constData(), bytes.size());
 }
 
 } // namespace
@@ -208,16 +150,22 @@ int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey
 {
     if (isSectionPresent(sectionKey))
         return PL_SUCCESS;
+    std::unique_ptr<CPLSection> section = parseSection(text, sectionKey);
+    return adoptSection(section);
+}
+
+std::unique_ptr<CPLSection> CPLClickInfo::parseSection(const QString& text,
+                                                       const QString& sectionKey)
+{
     auto section = std::make_unique<CPLSection>();
     section->setSectionKey(sectionKey);
 
     const QStringView block(text);
     const qsizetype lf = block.indexOf(QLatin1Char('\n'));
-    const QStringView header = lf < 0 ? block : block.left(lf + 1);
-    const qsizetype colon = header.indexOf(QLatin1Char(':'));
-    const qsizetype hash = header.indexOf(QLatin1Char('#'));
-    if (colon >= 0 && (hash < 0 || hash > colon))
-        section->setSectionName(header.mid(colon + 1).trimmed().toString());
+    const QStringView header = lf < 0 ? block : block.left(lf);
+    Span name;
+    if (PLGrammar::sectionName(Span { header.begin(), header.end() }, &name))
+        section->setSectionName(toString(name));
     if (lf >= 0) {
         // A block of the text being loaded refers to it: the section shares that text.
         const QString& loading = m_strTextBeingLoaded;
@@ -228,7 +176,8 @@ int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey
         else
             section->loadBody(text, int(lf + 1), text.size(), 0, true);
     }
-    return adoptSection(section);
+    m_SectionWarnings = section->getLoadWarnings();
+    return section;
 }
 
 int CPLClickInfo::addSection(CPLSection* section)
@@ -236,8 +185,13 @@ int CPLClickInfo::addSection(CPLSection* section)
     if (!section)
         return PL_NULL_ARGUMENT;
     QString key;
+    QString name;
     if (section->getSectionKey(&key) != PL_SUCCESS || key.isEmpty())
         return PL_NOTHING_TO_WORK_ON;
+    section->getSectionName(&name, true);
+    if (CPLSection::breaksFile(key, CPLSection::TextRole::SectionKey)
+        || CPLSection::breaksFile(name, CPLSection::TextRole::Value))
+        return PL_INVALID_ARGUMENT;
     if (m_Sections.value(CPLCaseInsensitiveKey::lookup(key)))
         return PL_SUCCESS;
     m_Sections.insert(key, section);
@@ -297,25 +251,40 @@ CPLSection* CPLClickInfo::addNewSection(const QString& sectionKey, const QString
 
 int CPLClickInfo::loadTextBuffer(const QString& text)
 {
-    m_iLastErrorLine = 0;
-    m_LoadWarnings.clear();
-    // The sections share the text, and each block handed to loadSectionData() refers to it.
-    // utf16() ends it with the 0 the scanner stops at, copying a string that only refers to
-    // memory of the caller's (QString::fromRawData()), so the sections never depend on that.
-    m_strTextBeingLoaded = text;
-    const auto textLoaded = qScopeGuard([this] { m_strTextBeingLoaded.clear(); });
-    const auto* data = reinterpret_cast<const QChar*>(m_strTextBeingLoaded.utf16());
-    const qint64 length = textLength(data, m_strTextBeingLoaded.size());
-    LineCounter<QChar> lines(data);
+    return PL_GUARDED({
+        // The sections share the text, and each block handed to loadSectionData() refers to
+        // it. utf16() ends it with the 0 the scanner stops at, copying a string that only
+        // refers to memory of the caller's (QString::fromRawData()), so the sections never
+        // depend on that.
+        m_strTextBeingLoaded = text;
+        const auto textLoaded = qScopeGuard([this] { m_strTextBeingLoaded.clear(); });
+        const auto* data = reinterpret_cast<const QChar*>(m_strTextBeingLoaded.utf16());
+        const qint64 length = textLength(data, m_strTextBeingLoaded.size());
+        // A load of bytes (loadClickInfoBytes()) has begun the check with the leading lines.
+        if (m_pLoadCheck && m_pLoadCheck->text() == data)
+            return loadSections(data, length, *m_pLoadCheck);
+        CPLLoadCheck check(data, length, m_strTextBeingLoaded.size(), nullptr);
+        const int status = loadSections(data, length, check);
+        m_LoadWarnings = check.finish(QString(), 0);
+        logLoadWarnings();
+        return status;
+    });
+}
 
+int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& check)
+{
+    m_iLastErrorLine = 0;
     qint64 position = 0;
     PLScan::SectionRange range;
     while (position < length && PLScan::nextSection(data, length, position, range)) {
-        // Lines are counted only for the rare message that needs one.
-        const auto headerLine = [&] { return lines.lineAt(range.begin); };
-        const QStringView header = lineAt(data, length, range.begin);
-        QString key;
-        int status = parseHeaderKey(header, &key);
+        const Span header = lineAt(data, length, range.begin);
+        const qint64 headerEnd = header.end - data;
+        PLGrammar::Header<QChar> parts;
+        int status = PLGrammar::parseHeader(header, &parts) ? PL_SUCCESS
+                                                             : PL_MALFORMED_SECTION_HEADER;
+        const QString key = status == PL_SUCCESS ? toString(parts.key) : QString();
+        if (status == PL_SUCCESS && key.isEmpty())
+            status = PL_NOTHING_TO_WORK_ON;
         if (status == PL_SUCCESS) {
             const QString block = QString::fromRawData(
                 data + range.begin, static_cast<int>(qMin(range.end, length) - range.begin));
@@ -323,42 +292,32 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
             if (PLKeyHash::equal(key, PLConstants::CLICKNUMBER_KEY))
                 status = loadClickNumber(block);
             if (status == PL_SUCCESS && isSectionPresent(key)) {
-                addLoadWarning(
-                    headerLine(),
-                    QStringLiteral(
-                        "section \"%1\" repeats the key of a section before it and is left out")
-                        .arg(key));
+                check.repeatedSection(range.begin, key);
             } else if (status == PL_SUCCESS) {
+                m_SectionWarnings.clear();
                 status = loadSectionData(block, key);
-                const CPLSection* section = status == PL_SUCCESS ? (*this)[key] : nullptr;
-                if (section && !section->getIrregularLines().isEmpty())
-                    addIrregularLineWarnings(*section, headerLine());
+                check.section(range.begin, headerEnd, range.end, key, m_SectionWarnings);
             }
         }
         if (status != PL_SUCCESS) {
-            m_iLastErrorLine = headerLine();
-            qWarning("Loading stopped with status %d at line %d, section header \"%s\"", status,
-                     m_iLastErrorLine, qPrintable(header.trimmed().toString()));
+            m_iLastErrorLine = check.lineAt(range.begin);
+            qCWarning(lcOvLoad, "%s: loading stopped: %s (section header \"%s\")",
+                      qUtf8Printable(location(m_strLoadSource, m_iLastErrorLine + m_iLinesBefore)),
+                      qUtf8Printable(getStatusText(status)),
+                      qUtf8Printable(toString(PLText::trimmed(header))));
             return status;
         }
     }
-    if (length < m_strTextBeingLoaded.size())
-        addLoadWarning(lines.lineAt(length),
-                       QStringLiteral("a NUL byte ends the text; what follows it is not read"));
     return PL_SUCCESS;
 }
 
-void CPLClickInfo::addIrregularLineWarnings(const CPLSection& section, int headerLine)
+void CPLClickInfo::logLoadWarnings() const
 {
-    const auto irregularLines = section.getIrregularLines();
-    for (const auto& line : irregularLines)
-        addLoadWarning(headerLine + line.first, line.second);
-}
-
-void CPLClickInfo::addLoadWarning(int line, const QString& message)
-{
-    qWarning("Line %d: %s", line, qPrintable(message));
-    m_LoadWarnings.append({ line, message });
+    for (int i = 0; i < m_LoadWarnings.size() && i < LOGGED_WARNINGS; ++i)
+        qCWarning(lcOvLoad).noquote() << m_LoadWarnings.at(i).toString();
+    if (m_LoadWarnings.size() > LOGGED_WARNINGS)
+        qCWarning(lcOvLoad, "%s: %d more load warnings", qUtf8Printable(m_strLoadSource),
+                  int(m_LoadWarnings.size() - LOGGED_WARNINGS));
 }
 
 void CPLClickInfo::clearData()
@@ -376,45 +335,76 @@ void CPLClickInfo::clearData()
 
 int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections)
 {
-    QString text;
-    int linesBefore = 0;
+    const bool dicom = filePath.endsWith(QLatin1String(".dcm"), Qt::CaseInsensitive);
     int status = withFileBytes(filePath, [&](const char* data, qint64 size) {
-        text = normalisedText(data, size, &linesBefore);
+        return dicom ? loadDicomMetadata(data, size, filePath)
+                     : loadClickInfoBytes(data, size, filePath);
     });
-    if (status == PL_SUCCESS)
-        status = loadNormalisedText(text, linesBefore);
     if (status != PL_SUCCESS)
         return status;
-    m_iFileSectionCount = m_iSectionCount;
     return appendUserSections ? appendUserSpecificSections(false) : PL_SUCCESS;
 }
 
-int CPLClickInfo::loadNormalisedText(const QString& text, int linesBefore)
+int CPLClickInfo::loadClickInfoBytes(const char* data, qint64 size, const QString& sourceName)
 {
-    // Lines up to the first line whose first token is exactly "***" are kept as they are. A
-    // header with no blank after its asterisks stands among them, and is a section too.
+    if (!data && size > 0)
+        return PL_NULL_ARGUMENT;
+    if (size < 0)
+        return PL_INVALID_ARGUMENT;
+    if (size > PL_MAX_FILE_SIZE) {
+        qCWarning(lcOvLoad, "%s: %s", qUtf8Printable(sourceName),
+                  qUtf8Printable(getStatusText(PL_FILE_TOO_LARGE)));
+        return PL_FILE_TOO_LARGE;
+    }
+    const int status = PL_GUARDED({
+        const CPLDecodedText decoded(data, size);
+        return loadDecoded(decoded, sourceName);
+    });
+    if (status == PL_SUCCESS)
+        m_iFileSectionCount = m_iSectionCount;
+    return status;
+}
+
+int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sourceName)
+{
+    const QString& text = decoded.text();
     const auto* data = reinterpret_cast<const QChar*>(text.utf16());
     const qint64 length = textLength(data, text.size());
+    CPLLoadCheck check(data, length, text.size(), &decoded);
+    m_strLoadSource = sourceName;
+    m_iLinesBefore = decoded.linesBefore();
+
+    // Lines up to the first line whose first token is exactly "***" are kept as they are. A
+    // header with no blank after its asterisks stands among them, and is a section too.
     m_LeadingLines.clear();
-    QList<QPair<int, QString>> leadingWarnings;
     for (qint64 position = 0;
-         position < length && !PLScan::firstTokenIsPrefixOnly(data, position);) {
-        m_LeadingLines.append(lineAt(data, length, position).trimmed().toString());
-        if (PLScan::isHeaderLine(data, position))
-            leadingWarnings.append(
-                { m_LeadingLines.size(),
-                  QStringLiteral("the section header \"%1\" has no blank after \"***\", so it is "
-                                 "also kept as a line before the first section and written twice")
-                      .arg(m_LeadingLines.last()) });
+         position < length && !PLGrammar::firstTokenIsHeaderMarkOnly(data + position);) {
+        const Span line = lineAt(data, length, position);
+        m_LeadingLines.append(toString(PLText::trimmed(line)));
+        check.leadingLine(position, line.end - data, PLGrammar::isHeaderLine(data + position));
         position = PLScan::lineEnd(data, length, position);
     }
+
+    m_pLoadCheck = &check;
+    const auto checked = qScopeGuard([this] { m_pLoadCheck = nullptr; });
     const int status = loadTextBuffer(text);
-    m_LoadWarnings = leadingWarnings + m_LoadWarnings;
-    for (auto& warning : m_LoadWarnings)
-        warning.first += linesBefore;
     if (m_iLastErrorLine > 0)
-        m_iLastErrorLine += linesBefore;
+        m_iLastErrorLine += m_iLinesBefore;
+    m_LoadWarnings = check.finish(sourceName, m_iLinesBefore);
+    logLoadWarnings();
+    m_iLinesBefore = 0;
     return status;
+}
+
+int CPLClickInfo::loadDicomMetadata(const char* data, qint64 size, const QString& filePath)
+{
+    const PLText::Span<char> copy = PLDicom::lastCopy(data, size);
+    if (copy.size() == 0)
+        return PL_NOTHING_TO_WORK_ON;
+    const QString source = filePath.isEmpty()
+        ? QString()
+        : QStringLiteral("%1 (last metadata copy)").arg(filePath);
+    return loadClickInfoBytes(copy.begin, copy.size(), source);
 }
 
 int CPLClickInfo::loadClickInfo(const QString& folder, const QString& fileName, int imageType,
@@ -464,40 +454,13 @@ int CPLClickInfo::loadAnalyzedClickInfo(const QString& path)
     return PL_SUCCESS;
 }
 
-int CPLClickInfo::loadClickInfoDcm(const char* buffer, int length)
+int CPLClickInfo::loadClickInfoDcm(const char* buffer, qint64 length)
 {
     if (!buffer)
         return PL_NULL_ARGUMENT;
     if (length < 0)
         return PL_INVALID_ARGUMENT;
-    // The metadata follows the last NUL of the image data and begins at its first "*** ",
-    // which may be glued to the last image bytes, since the metadata is appended as it is.
-    const char* end = buffer + length;
-    const char* tail
-        = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(buffer), '\0')
-              .base();
-    const QByteArray prefix = PLConstants::SECTIONKEY_PREFIX.toLatin1();
-    const char* start = std::search(tail, end, prefix.cbegin(), prefix.cend());
-    if (start == end)
-        return PL_NOTHING_TO_WORK_ON;
-    int linesBefore = 0;
-    const QString text = normalisedText(start, end - start, &linesBefore);
-
-    // Each save appended a copy; the last one starts at the last header line that repeats
-    // the first header's key.
-    const auto* data = reinterpret_cast<const QChar*>(text.utf16());
-    const qint64 size = text.size();
-    QString firstKey;
-    parseHeaderKey(lineAt(data, size, 0), &firstKey);
-    qint64 lastCopy = 0;
-    for (qint64 position = 0; position < size; position = PLScan::lineEnd(data, size, position)) {
-        QString key;
-        if (PLScan::isHeaderLine(data, position)
-            && parseHeaderKey(lineAt(data, size, position), &key) == PL_SUCCESS
-            && PLKeyHash::equal(key, firstKey))
-            lastCopy = position;
-    }
-    return loadNormalisedText(text.mid(static_cast<int>(lastCopy)), 0);
+    return loadDicomMetadata(buffer, length, QString());
 }
 
 QString CPLClickInfo::getClickInfoData() const
@@ -518,9 +481,12 @@ QString CPLClickInfo::getClickInfoData() const
 
 int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
-    const QByteArray bytes = getClickInfoData().toLatin1();
-    return filePath.endsWith(QLatin1String(".dcm")) ? appendToFile(filePath, bytes)
-                                                    : replaceFile(filePath, bytes);
+    return PL_GUARDED({
+        const QByteArray bytes = getClickInfoData().toLatin1();
+        return filePath.endsWith(QLatin1String(".dcm"), Qt::CaseInsensitive)
+            ? appendToFile(filePath, bytes)
+            : replaceFile(filePath, bytes);
+    });
 }
 
 int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)
@@ -584,13 +550,19 @@ bool CPLClickInfo::isSectionPresent(const QString& sectionKey) const
 
 CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
 {
-    // Reads come in runs from one section, and callers ask with the same string each time.
-    if (m_pLastSection && sectionKey.constData() == m_strLastSectionKey.constData()
-        && sectionKey.size() == m_strLastSectionKey.size())
+    // Reads come in runs from one section: the key asked for last, compared by its text, finds
+    // it again without a lookup. The key is kept as a copy of its own, so that a caller's
+    // buffer that changes behind the same pointer (QString::fromRawData()) is seen as the new
+    // text it holds.
+    const qsizetype size = sectionKey.size();
+    if (m_pLastSection && size == m_LastSectionKey.size()
+        && std::equal(sectionKey.constData(), sectionKey.constData() + size,
+                      m_LastSectionKey.constData()))
         return m_pLastSection;
     CPLSection* section = m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey));
     if (section) {
-        m_strLastSectionKey = sectionKey;
+        m_LastSectionKey.resize(int(size));
+        std::copy(sectionKey.constData(), sectionKey.constData() + size, m_LastSectionKey.data());
         m_pLastSection = section;
     }
     return section;
@@ -634,9 +606,14 @@ int CPLClickInfo::getLastErrorLine() const
 QStringList CPLClickInfo::getLoadWarnings() const
 {
     QStringList messages;
-    for (const auto& warning : m_LoadWarnings)
-        messages.append(QStringLiteral("line %1: %2").arg(warning.first).arg(warning.second));
+    for (const CPLLoadWarning& warning : m_LoadWarnings)
+        messages.append(warning.toString());
     return messages;
+}
+
+QList<CPLLoadWarning> CPLClickInfo::getLoadWarningList() const
+{
+    return m_LoadWarnings;
 }
 
 int CPLClickInfo::getClickNumber(QString* clickNumber) const
@@ -668,26 +645,13 @@ int CPLClickInfo::obtainValueFromClickInfoFile(const char* buffer, const QString
 {
     if (!buffer || !value || key.isEmpty())
         return PL_NULL_ARGUMENT;
-    value->clear();
-    QString text = QString::fromLatin1(buffer);
-    QTextStream stream(&text, QIODevice::ReadOnly);
-    const QString needle = key + QLatin1Char(':');
-    while (!stream.atEnd()) {
-        QString line = stream.readLine(LOOKUP_LINE_PIECE);
-        line.replace(PLConstants::STR_NEWLINE, QLatin1String("\n"));
-        line.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-        line = line.trimmed();
-        if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
-            continue;
-        const int found = line.indexOf(needle, 0, Qt::CaseInsensitive);
-        if (found < 0)
-            continue;
-        const int start = found + needle.size();
-        const int lf = line.indexOf(QLatin1Char('\n'), start);
-        *value = line.mid(start, lf < 0 ? -1 : lf - start).trimmed();
-        return PL_SUCCESS;
-    }
-    return PL_KEY_NOT_FOUND;
+    const qint64 length = qint64(std::strlen(buffer));
+    if (length > PL_MAX_FILE_SIZE)
+        return PL_FILE_TOO_LARGE;
+    return PL_GUARDED({
+        value->clear();
+        return PLGrammar::findValue(buffer, length, key, value) ? PL_SUCCESS : PL_KEY_NOT_FOUND;
+    });
 }
 
 int CPLClickInfo::obtainValueFromClickInfoFile(const QString& filePath, const QString& key,

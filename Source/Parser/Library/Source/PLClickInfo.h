@@ -3,6 +3,7 @@
 
 #include "PLCaseInsensitiveKey.h"
 #include "PLImageTypes.h"
+#include "PLLoadWarning.h"
 #include "ovparser_global.h"
 
 #include <QHash>
@@ -13,6 +14,8 @@
 
 #include <memory>
 
+class CPLDecodedText;
+class CPLLoadCheck;
 class CPLSection;
 
 // The metadata of one acquisition, "ClickInfo.txt", and the base of every document stored as
@@ -45,7 +48,9 @@ public:
     // the first section with a key wins. Otherwise returns the status of addSection().
     virtual int loadSectionData(const QString& text, const QString& sectionKey);
     // Adds a section made elsewhere, taking ownership of it: 16 for a null section, 33 for
-    // an empty section key. When a section with that key is already present, returns 0 and
+    // an empty section key, 31 for a section key or name that cannot stand in a header line
+    // (CPLSection::breaksFile(): a line break, a NUL, a character outside Latin-1, and in the
+    // key a colon or a "#"). When a section with that key is already present, returns 0 and
     // takes nothing; the caller keeps (and deletes) the section it passed.
     virtual int addSection(CPLSection* section);
     // Adds a new empty section at the end, owned by the document, and returns it; null when
@@ -64,18 +69,28 @@ public:
     // leading lines.
     virtual void clearData();
 
-    // Loads a file: reads it whole as Latin-1, trims it, turns CR LF and lone CR into LF,
-    // keeps the lines before the first line whose first token is exactly "***" as leading
-    // lines (trimmed), and cuts the text into sections with loadTextBuffer(). Returns 11
-    // when the file cannot be opened or read, else the status of loadTextBuffer(). After a
-    // successful load getFileSectionCount() gives the number of sections; then, when
-    // `appendUserSections` is set, appendUserSpecificSections(false) is called and its
+    // Loads a file: reads it whole as Latin-1, skips a UTF-8 byte order mark, trims it, turns
+    // CR LF and lone CR into LF, keeps the lines before the first line whose first token is
+    // exactly "***" as leading lines (trimmed), and cuts the text into sections with
+    // loadTextBuffer(). A path ending in ".dcm", in any case, is a DICOM file: its last
+    // metadata copy is loaded, as saveClickInfo() appends it (loadClickInfoDcm()). Returns
+    // 11 when the file cannot be opened or read (getLastSystemError() says why), 64 for a
+    // FIFO, device or socket (never opened for reading), 63 for a file (or DICOM metadata)
+    // larger than PL_MAX_FILE_SIZE, 65 when memory runs out, else the status of
+    // loadTextBuffer(). After a successful load getFileSectionCount() gives the number of
+    // sections and getLoadWarnings() what saving would not write back as it was read; then,
+    // when `appendUserSections` is set, appendUserSpecificSections(false) is called and its
     // status returned.
     //
     // Loading does not clear the document: a section already present keeps its content and
     // its place, and the file's section with the same key is ignored. The leading lines are
     // replaced by those of the file.
     int loadClickInfo(const QString& filePath, bool appendUserSections = false);
+    // Loads `size` bytes already read (standard input, say) as loadClickInfo() loads the bytes
+    // of a text file; `sourceName` names them in load warnings and messages ("FILE:LINE:").
+    // Returns 16 for null data, 31 for a negative size, 63 for more than PL_MAX_FILE_SIZE
+    // bytes, 65 when memory runs out, else the status of loadTextBuffer().
+    int loadClickInfoBytes(const char* data, qint64 size, const QString& sourceName);
 
     // Loads one image's acquisition from a folder of acquisitions (a sequence folder holds
     // one subfolder per click). The candidates are `folder` itself and then its subfolders
@@ -101,17 +116,20 @@ public:
     // the metadata never does), from its first section header on: the bytes before that
     // header end the image data, so leading lines are not recovered. Each save appends a new
     // copy; the last copy is loaded, the one beginning at the last header that repeats the
-    // first header's key. Returns 16 for a null buffer, 31 for a negative length, 33 when
-    // the buffer holds no section header after its last NUL, else the status of
-    // loadTextBuffer().
-    int loadClickInfoDcm(const char* buffer, int length);
+    // first header's key, as loadClickInfoBytes() loads bytes. Returns 16 for a null buffer,
+    // 31 for a negative length, 33 when the buffer holds no section header after its last
+    // NUL, else the status of loadClickInfoBytes().
+    int loadClickInfoDcm(const char* buffer, qint64 length);
 
     // Writes the document: each leading line followed by LF, each section in order (see
-    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm" (in that case) is
+    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm", in any case, is
     // appended to, so that the metadata follows the image data of a DICOM file; any other
-    // path is replaced as a whole through a temporary file, so a failed save leaves the old
-    // file intact. Returns 11 when the file cannot be opened for writing, 31 when it cannot
-    // be written completely (an append that fails is cut back to the old length).
+    // path is replaced as a whole. The save never harms what it replaces (PLFileWriter_p.h
+    // has the rules): a failed save leaves the old file intact, links, owner and mode are
+    // kept, and a FIFO, device or socket is never written. Returns 11 when the file cannot be
+    // created or opened for writing, 31 when it cannot be written completely (a write, sync,
+    // close or rename failed), 64 for a path that is not a regular file, 66 when another
+    // editor holds the file's lock, 65 when memory runs out.
     int saveClickInfo(const QString& filePath) const;
     // The text that saveClickInfo() writes.
     QString getClickInfoData() const;
@@ -194,13 +212,22 @@ public:
     // The 1-based line (of the file, or of the text given to loadTextBuffer()) at which the
     // last load stopped with 5 or 33; 0 when it did not stop at a line.
     int getLastErrorLine() const;
-    // What the last load read but saving will not write back as it stood, one message per
-    // place, each beginning with its line ("line 12: ..."): a section whose key repeats an
-    // earlier one (it is left out), a leading line that is also a section header (it is
-    // written twice), a NUL byte (the text ends there), and the irregular lines of each
-    // section (CPLSection::getIrregularLines()). Empty when saving keeps everything read.
-    // Each is also logged as a warning.
+    // Every way in which what the last load read differs from what saving writes, one
+    // warning per kind and section with its first line and the number of lines of that kind
+    // (CPLLoadWarning), in the order of their lines: besides what a section finds in its body
+    // (CPLSection::getLoadWarnings()), a byte order mark, line ends other than CR LF after a
+    // header and LF after any other line, section headers not in the written form, blank
+    // lines and white space that saving drops or adds (at the ends of the file and of each
+    // section), blanks around leading lines, a section whose key repeats an earlier one (it is
+    // left out), a leading line that is also a section header (it is written twice), and a
+    // NUL byte (the text ends there). Line ends, the byte order mark and the ends of the file
+    // are judged only for a load of bytes (loadClickInfo(), loadClickInfoBytes()), not for
+    // text given to loadTextBuffer(). Empty exactly when saving writes back the bytes read.
+    // Each is also logged in the category "ovparser.load" (the first hundred of a load).
+    // getLoadWarnings() gives each as its text ("FILE:LINE: section "KEY": ..."), and
+    // getLoadWarningList() the warnings themselves.
     QStringList getLoadWarnings() const;
+    QList<CPLLoadWarning> getLoadWarningList() const;
 
     // The click number. getClickNumber() returns 16 for a null pointer.
     int getClickNumber(QString* clickNumber) const;
@@ -213,9 +240,11 @@ public:
     // pieces of at most 200 characters, that holds `key` followed by a colon (in any case,
     // anywhere in the line, in any section), skipping empty lines and lines that begin with
     // "#". The value is the trimmed text after the colon. The result is emptied first.
-    // Returns 16 for a null buffer or pointer or an empty key, 24 when no line holds the key.
+    // Returns 16 for a null buffer or pointer or an empty key, 24 when no line holds the key,
+    // 63 for a buffer longer than PL_MAX_FILE_SIZE.
     static int obtainValueFromClickInfoFile(const char* buffer, const QString& key, QString* value);
-    // The same on a file, read whole. Returns 11 when it cannot be read.
+    // The same on a file, read whole. Returns 11 when it cannot be read, 63 or 64 as
+    // loadClickInfo() does.
     static int obtainValueFromClickInfoFile(const QString& filePath, const QString& key,
                                             QString* value);
 
@@ -236,9 +265,9 @@ public:
     int setValue(const QString& sectionKey, const QString& key, double value);
 
 protected:
-    // Loads normalised Latin-1 text (trimmed, LF line ends): leading lines, then sections.
-    // `linesBefore` is the number of lines trimmed off the front, for error lines.
-    int loadNormalisedText(const QString& text, int linesBefore);
+    // Makes a section from its text (header line and body) under `sectionKey`, without adding
+    // it: what loadSectionData() adds. Notes what its body gave to warn of.
+    std::unique_ptr<CPLSection> parseSection(const QString& text, const QString& sectionKey);
     // Removes the section with this key from the document without deleting it; null when
     // absent. The caller owns the result.
     CPLSection* takeSection(const QString& sectionKey);
@@ -260,21 +289,31 @@ protected:
     int m_iFileSectionCount = 0;
     QStringList m_LeadingLines;
     int m_iLastErrorLine = 0;
-    // Line and message of each load warning of the last load.
-    QList<QPair<int, QString>> m_LoadWarnings;
+    // The warnings of the last load.
+    QList<CPLLoadWarning> m_LoadWarnings;
     // The text that loadTextBuffer() is cutting into sections, while it does, and the number
     // of body lines of the block it hands to loadSectionData().
     QString m_strTextBeingLoaded;
     int m_iBodyLines = 0;
-    // The section that operator[] found last, and the string it was asked with: the same
-    // string (not merely the same text) finds it again without a lookup.
-    mutable QString m_strLastSectionKey;
+    // The section that operator[] found last, and a copy of the key text it was asked with.
+    mutable QString m_LastSectionKey;
     mutable CPLSection* m_pLastSection = nullptr;
 
 private:
-    // Notes the irregular lines of a section just loaded, whose header is at `headerLine`.
-    void addIrregularLineWarnings(const CPLSection& section, int headerLine);
-    void addLoadWarning(int line, const QString& message);
+    // Cuts text (up to `length`, its first NUL) into sections, telling `check` of each.
+    int loadSections(const QChar* data, qint64 length, CPLLoadCheck& check);
+    // Loads decoded bytes: leading lines, then sections through loadTextBuffer().
+    int loadDecoded(const CPLDecodedText& decoded, const QString& sourceName);
+    // Loads the last metadata copy of a DICOM file's bytes; `filePath` names it.
+    int loadDicomMetadata(const char* data, qint64 size, const QString& filePath);
+    void logLoadWarnings() const;
+
+    // While a load of bytes runs: its check, the name of what it reads, and the line breaks
+    // trimmed off the front of the bytes; and the warnings of the section just made.
+    CPLLoadCheck* m_pLoadCheck = nullptr;
+    QString m_strLoadSource;
+    int m_iLinesBefore = 0;
+    QList<CPLLoadWarning> m_SectionWarnings;
 
     template<typename T>
     int getTyped(const QString& sectionKey, const QString& key, T* value) const;

@@ -66,14 +66,7 @@ int CPLLabelDataSet::loadSectionData(const QString& text, const QString& section
 {
     if (!isSetSectionKey(sectionKey))
         return CPLClickInfo::loadSectionData(text, sectionKey);
-    // The base class makes the section, name and body, under a key no header can carry; the
-    // section then moves to the key of its set.
-    const QString scratchKey = setMapKey(QString());
-    const int status = CPLClickInfo::loadSectionData(text, scratchKey);
-    std::unique_ptr<CPLSection> section(takeSection(scratchKey));
-    if (status != PL_SUCCESS || !section)
-        return status;
-    section->setSectionKey(sectionKey);
+    std::unique_ptr<CPLSection> section = parseSection(text, sectionKey);
     QString name;
     section->getSectionName(&name);
     const QString current = updateLabelSetName(name);

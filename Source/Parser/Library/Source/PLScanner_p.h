@@ -1,12 +1,13 @@
 #ifndef PLSCANNER_P_H
 #define PLSCANNER_P_H
 
-// Internal header, not installed: the scanning rules on buffers of known length, for Latin-1
-// bytes and for decoded text alike. The public functions of PLSectionScanner.h wrap these
+// Internal header, not installed: the walk over lines and sections of a buffer of known
+// length, for Latin-1 bytes and for decoded text alike; what a header line is, is the line
+// grammar's (PLLineGrammar_p.h). The public functions of PLSectionScanner.h wrap these
 // with malloc'd copies; the documents use them directly on their own buffers so that
 // nothing is copied per line.
 
-#include "PLText_p.h"
+#include "PLLineGrammar_p.h"
 
 #include <QtGlobal>
 
@@ -21,40 +22,6 @@ template<typename Char> qint64 lineEnd(const Char* buffer, qint64 length, qint64
 {
     const Char* lf = PLText::findFar(buffer + begin, buffer + length, '\n');
     return lf ? (lf - buffer) + 1 : length + 1;
-}
-
-template<typename Char> const Char* firstToken(const Char* buffer, qint64 begin)
-{
-    const Char* c = buffer + begin;
-    while (PLText::unit(*c) == ' ' || PLText::unit(*c) == '\t')
-        ++c;
-    return c;
-}
-
-// Stops at the first character that is not an asterisk, so never reads past the end.
-template<typename Char> bool startsWithPrefix(const Char* text)
-{
-    return PLText::unit(text[0]) == '*' && PLText::unit(text[1]) == '*'
-        && PLText::unit(text[2]) == '*';
-}
-
-// Whether the line at `begin` is a section header: its first token, after blanks and tabs,
-// begins with "***".
-template<typename Char> bool isHeaderLine(const Char* buffer, qint64 begin)
-{
-    return startsWithPrefix(firstToken(buffer, begin));
-}
-
-// Whether the first token of the line at `begin` is exactly "***": the token ends at a
-// blank, a tab or the end; a line feed belongs to the token. The ClickInfo loader stops
-// collecting leading lines at such a line.
-template<typename Char> bool firstTokenIsPrefixOnly(const Char* buffer, qint64 begin)
-{
-    const Char* token = firstToken(buffer, begin);
-    if (!startsWithPrefix(token))
-        return false;
-    const ushort after = PLText::unit(token[3]);
-    return after == ' ' || after == '\t' || after == 0;
 }
 
 // One section found by nextSection(): [begin, end). `end` is length + 1 when the last line
@@ -84,7 +51,7 @@ bool nextSection(const Char* buffer, qint64 length, qint64& position, SectionRan
         const bool atEnd = cursor >= length;
         if (!atEnd)
             cursor = lineEnd(buffer, length, cursor);
-        if (atEnd || isHeaderLine(buffer, lineStart)) {
+        if (atEnd || PLGrammar::isHeaderLine(buffer + lineStart)) {
             section.lines = linesSinceBoundary;
             linesSinceBoundary = 0;
             ++boundaries;

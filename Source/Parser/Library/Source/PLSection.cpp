@@ -2,7 +2,8 @@
 
 #include "PLConstants.h"
 #include "PLKeyHash_p.h"
-#include "PLScanner_p.h"
+#include "PLLineGrammar_p.h"
+#include "PLLoadWarning.h"
 #include "PLStatus.h"
 #include "PLText_p.h"
 
@@ -17,13 +18,7 @@ namespace {
 // The older key of the rotating animal holder's angle, read when "MVI-2 Angle" is absent.
 const QString OLD_MOUSE_SPINNER_ANGLE = QStringLiteral("MuVI Angle");
 
-// The inline-comment rule: a "#" starts a comment; what stands before it, trimmed, is the
-// plain text.
-QStringView withoutInlineComment(QStringView text)
-{
-    const QChar* hash = PLText::find(text.begin(), text.end(), '#');
-    return hash ? QStringView(text.begin(), hash).trimmed() : text;
-}
+using PLGrammar::withoutInlineComment;
 
 // Conversions of the typed getters: Qt's own decimal parsing, which gives 0 for text that is
 // not a number of the type.
@@ -108,13 +103,23 @@ public:
     struct Slot
     {
         TextRef key; // the first spelling
-        TextRef value;
+        TextRef value; // the value the getters read and saving writes
         uint hash;
+        bool changed; // set or added since the section was loaded
     };
     struct Entry
     {
         TextRef key; // this entry's spelling
+        TextRef value; // the value on this entry's own line, while its slot is unchanged
         int slot;
+    };
+    // One kind of line that saving will not write back as it stood, in the last load.
+    struct Irregularity
+    {
+        CPLLoadWarning::Kind kind;
+        int firstLine;
+        int count;
+        QString detail;
     };
 
     QStringView view(TextRef ref) const
@@ -124,6 +129,13 @@ public:
     }
     QStringView keyOf(int entry) const { return view(entries.at(entry).key); }
     QStringView valueOf(int entry) const { return view(slots.at(entries.at(entry).slot).value); }
+    // The value of an entry's own line: for a key that a body repeats, each line's own value
+    // until the key is set again.
+    QStringView ownValueOf(int entry) const
+    {
+        const Entry& e = entries.at(entry);
+        return slots.at(e.slot).changed ? view(slots.at(e.slot).value) : view(e.value);
+    }
 
     // Appends `s`, which must not refer to the added text itself, to the added text.
     TextRef store(QStringView s)
@@ -135,11 +147,15 @@ public:
 
     int find(QStringView key) const { return find(key, PLKeyHash::hash(key)); }
     int find(QStringView key, uint hash) const;
-    int findOrAddSlot(QStringView key, TextRef keyRef);
-    void appendEntry(QStringView key, TextRef keyRef, TextRef valueRef, bool keyValue);
+    int findOrAddSlot(QStringView key, TextRef keyRef, bool* added);
+    // Appends an entry; false when its key was present already (a repeated key).
+    bool appendEntry(QStringView key, TextRef keyRef, TextRef valueRef, bool keyValue);
     void clearEntries();
     void setValue(int slot, const QString& value);
-    void replaceValue(int slot, TextRef valueRef);
+    void replaceValue(int slot, TextRef valueRef, bool changed);
+    // Notes a line of `kind` at `line`: the first of a kind keeps its line and detail, later
+    // ones are counted.
+    void noteIrregular(CPLLoadWarning::Kind kind, int line, const QString& detail = QString());
     // Makes room for this many more entries at once.
     void reserve(int moreEntries);
 
@@ -167,7 +183,7 @@ public:
     QVector<Slot> slots;
     QVector<Entry> entries; // every entry, comment entries included, in order of addition
     int lineCount = 0; // how many entries saveSectionData() writes
-    QList<QPair<int, QString>> irregularLines; // of the last load
+    QVector<Irregularity> irregular; // of the last load
     int unused = 0; // characters of the added text that no range refers to any more
 
 private:
@@ -214,13 +230,14 @@ void CPLSectionData::insertInIndex(int slot)
     index[i] = slot + 1;
 }
 
-int CPLSectionData::findOrAddSlot(QStringView key, TextRef keyRef)
+int CPLSectionData::findOrAddSlot(QStringView key, TextRef keyRef, bool* added)
 {
     const uint hash = PLKeyHash::hash(key);
     const int found = find(key, hash);
+    *added = found < 0;
     if (found >= 0)
         return found;
-    slots.append(Slot { keyRef, TextRef {}, hash });
+    slots.append(Slot { keyRef, TextRef {}, hash, false });
     if (index.isEmpty() && slots.size() <= SMALL)
         return slots.size() - 1;
     if (slots.size() * 2 > index.size())
@@ -250,7 +267,7 @@ void CPLSectionData::reserve(int moreEntries)
         rebuildIndex(slotCount);
 }
 
-void CPLSectionData::appendEntry(QStringView key, TextRef keyRef, TextRef valueRef, bool keyValue)
+bool CPLSectionData::appendEntry(QStringView key, TextRef keyRef, TextRef valueRef, bool keyValue)
 {
     const bool positionsAreIndexes = keyOrder.isEmpty() && keyValueEntries == entries.size();
     if (keyValue && positionsAreIndexes) {
@@ -262,22 +279,38 @@ void CPLSectionData::appendEntry(QStringView key, TextRef keyRef, TextRef valueR
         for (int entry = 0; entry < keyValueEntries; ++entry)
             keyOrder.append(entry);
     }
-    const int slot = findOrAddSlot(key, keyRef);
-    replaceValue(slot, valueRef);
-    entries.append(Entry { keyRef, slot });
+    bool added = false;
+    const int slot = findOrAddSlot(key, keyRef, &added);
+    replaceValue(slot, valueRef, false);
+    entries.append(Entry { keyRef, valueRef, slot });
+    return added;
 }
 
-void CPLSectionData::replaceValue(int slot, TextRef valueRef)
+void CPLSectionData::replaceValue(int slot, TextRef valueRef, bool changed)
 {
-    const TextRef old = slots.at(slot).value;
-    if (old.isAdded())
-        unused += old.length;
-    slots[slot].value = valueRef;
+    Slot& s = slots[slot];
+    // An estimate, for compact(): a replaced value of the added text is used no more, unless
+    // it is also an entry's own value that is read while the slot stays unchanged.
+    if (s.value.isAdded() && changed)
+        unused += s.value.length;
+    s.value = valueRef;
+    s.changed = changed;
+}
+
+void CPLSectionData::noteIrregular(CPLLoadWarning::Kind kind, int line, const QString& detail)
+{
+    for (Irregularity& known : irregular) {
+        if (known.kind == kind) {
+            ++known.count;
+            return;
+        }
+    }
+    irregular.append(Irregularity { kind, line, 1, detail });
 }
 
 void CPLSectionData::setValue(int slot, const QString& value)
 {
-    replaceValue(slot, store(value));
+    replaceValue(slot, store(value), true);
     // Values set again and again would let the added text grow without bound: once most of
     // it is unused, copy what is used into a new one.
     if (unused > 4096 && unused > added.size() / 2)
@@ -296,8 +329,10 @@ void CPLSectionData::compact()
         move(slot.key);
         move(slot.value);
     }
-    for (Entry& entry : entries)
+    for (Entry& entry : entries) {
         move(entry.key);
+        move(entry.value);
+    }
     unused = 0;
 }
 
@@ -312,7 +347,7 @@ void CPLSectionData::clearEntries()
     index.clear();
     lineCount = 0;
     unused = 0;
-    irregularLines.clear();
+    irregular.clear();
 }
 
 CPLSection::CPLSection()
@@ -351,19 +386,23 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
 {
     using Span = PLText::Span<QChar>;
     const QStringView given = QStringView(text).mid(from, to - from);
-    Span body = PLText::trimmed(Span { given.data(), given.data() + given.size() });
-    // The body is read as C text: it ends at its first NUL (a document's text is cut there
-    // already).
-    if (const QChar* nul = mayHoldNul ? PLText::findFar(body.begin, body.end, '\0') : nullptr)
-        body.end = nul;
+    const QChar* textEnd = given.data() + given.size();
+    Span body = PLText::trimmed(Span { given.data(), textEnd });
 
     CPLSectionData& data = *d;
-    data.irregularLines.clear();
+    data.irregular.clear();
     if (expectedLines > 0)
         data.reserve(expectedLines);
     // Line numbers count from the text given, before its leading blank lines were trimmed.
     const int linesTrimmed = int(
         std::count(given.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
+    // The body is read as C text: it ends at its first NUL (a document's text is cut there
+    // already).
+    if (const QChar* nul = mayHoldNul ? PLText::findFar(body.begin, body.end, '\0') : nullptr) {
+        data.noteIrregular(CPLLoadWarning::NulByte,
+                           linesTrimmed + 1 + int(std::count(body.begin, nul, QLatin1Char('\n'))));
+        body.end = textEnd = nul;
+    }
     // The entries refer to the body where it stands. A section that has loaded no text yet
     // shares the text given (Qt's implicit sharing) instead of copying it; a second load
     // copies its body into the added text.
@@ -379,10 +418,11 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
                       : TextRef { ~(addedStart + int(s.begin - body.begin)), length };
     };
 
+    const int firstEntry = data.entries.size();
     int commentNumber = 0;
     int lines = 0;
     for (const QChar* lineBegin = body.begin; lineBegin < body.end; ++lines) {
-        // A line holds a key when a colon comes before any "#" and before its end.
+        // One pass finds a key line's colon (PLGrammar::separatorColon()) and the line end.
         const QChar* c = lineBegin;
         while (c != body.end && *c != QLatin1Char(':') && *c != QLatin1Char('#')
                && *c != QLatin1Char('\n'))
@@ -390,62 +430,97 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
         const QChar* colon = c != body.end && *c == QLatin1Char(':') ? c : nullptr;
         const QChar* lf
             = c != body.end && *c == QLatin1Char('\n') ? c : PLText::findFar(c, body.end, '\n');
-        const Span line { lineBegin, lf ? lf + 1 : body.end };
-        lineBegin = line.end;
+        const Span line { lineBegin, lf ? lf : body.end };
+        lineBegin = lf ? lf + 1 : body.end;
+        // The line as it stands in the text: the body's last line goes on to its line end.
+        Span written = line;
+        if (!lf) {
+            const QChar* end = PLText::findFar(body.end, textEnd, '\n');
+            written.end = end ? end : textEnd;
+        }
+        const bool atTextEnd = written.end == textEnd;
+        const int lineNumber = linesTrimmed + lines + 1;
 
-        const Span trimmedLine = PLText::trimmed(line);
         if (colon) {
-            // The colon's offset in the untrimmed line cuts the trimmed line.
-            const qsizetype cut = colon - line.begin;
-            const qsizetype size = trimmedLine.size();
-            const QChar* start = trimmedLine.begin;
-            const Span key = PLText::trimmed(Span { start, start + qMin(cut, size) });
-            const Span value
-                = PLText::trimmed(Span { start + qMin(cut + 1, size), trimmedLine.end });
-            const QStringView keyText(key.begin, key.end);
-            if (trimmedLine.begin != line.begin)
-                data.irregularLines.append(
-                    { linesTrimmed + lines + 1,
-                      QStringLiteral("the line begins with blanks, so its key is cut at a shifted "
-                                     "place (\"%1\")")
-                          .arg(keyText) });
-            if (key.size() >= 3 && PLScan::startsWithPrefix(key.begin))
-                data.irregularLines.append(
-                    { linesTrimmed + lines + 1,
-                      QStringLiteral("the key \"%1\" begins with \"***\", so its line reads back "
-                                     "as a section header")
-                          .arg(keyText) });
+            const auto parts = PLGrammar::splitKeyLine(line, colon);
+            const QStringView keyText(parts.key.begin, parts.key.end);
+            noteLineFault(int(PLGrammar::keyLineFault(written, colon, parts, atTextEnd)), lineNumber,
+                          keyText);
+            if (parts.key.size() >= PLGrammar::HEADER_MARK_SIZE
+                && PLGrammar::startsWithHeaderMark(parts.key.begin))
+                data.noteIrregular(CPLLoadWarning::KeyLikeHeader, lineNumber, keyText.toString());
             if (isCommentEntryKey(keyText))
-                data.irregularLines.append(
-                    { linesTrimmed + lines + 1,
-                      QStringLiteral("the key \"%1\" contains \"%2\", which marks comment lines; "
-                                     "it is written back as its value alone")
-                          .arg(keyText, PLConstants::COMMENTLINE_KEY) });
-            data.appendEntry(keyText, refTo(key), refTo(value), true);
+                data.noteIrregular(CPLLoadWarning::CommentKey, lineNumber, keyText.toString());
+            if (!data.appendEntry(keyText, refTo(parts.key), refTo(parts.value), true))
+                noteRepeatedKey(firstEntry, linesTrimmed, lineNumber);
         } else {
             // A comment entry holds the line's text, made to start with "#".
+            bool needsMark = false;
+            const Span comment = PLGrammar::commentText(line, &needsMark);
+            noteLineFault(int(PLGrammar::commentLineFault(written, comment, needsMark)), lineNumber,
+                          QStringView());
             const QString commentKey
                 = PLConstants::COMMENTLINE_KEY + QString::number(commentNumber++);
-            const QStringView comment(trimmedLine.begin, trimmedLine.end);
-            const TextRef commentRef = comment.isEmpty() || comment.startsWith(QLatin1Char('#'))
-                ? refTo(trimmedLine)
-                : data.store(QString(QLatin1Char('#') + comment));
+            const TextRef commentRef = needsMark
+                ? data.store(QString(QLatin1Char('#') + QStringView(comment.begin, comment.end)))
+                : refTo(comment);
             data.appendEntry(commentKey, data.store(commentKey), commentRef, false);
         }
     }
     data.lineCount = lines;
 }
 
+void CPLSection::noteLineFault(int fault, int line, QStringView key)
+{
+    using Fault = PLGrammar::LineFault;
+    switch (Fault(fault)) {
+    case Fault::None:
+        return;
+    case Fault::Shifted:
+        d->noteIrregular(CPLLoadWarning::ShiftedKey, line, key.toString());
+        return;
+    case Fault::Separator:
+        d->noteIrregular(CPLLoadWarning::Separator, line);
+        return;
+    case Fault::Blanks:
+        d->noteIrregular(CPLLoadWarning::Blanks, line);
+        return;
+    case Fault::TextLine:
+        d->noteIrregular(CPLLoadWarning::TextLine, line);
+        return;
+    }
+}
+
+void CPLSection::noteRepeatedKey(int firstEntry, int linesTrimmed, int line)
+{
+    // Each line of a load is one entry: the earlier line of the key is found among the
+    // entries of this load.
+    const CPLSectionData& data = *d;
+    const int entry = data.entries.size() - 1;
+    const int slot = data.entries.at(entry).slot;
+    int earlier = entry - 1;
+    while (earlier >= firstEntry && data.entries.at(earlier).slot != slot)
+        --earlier;
+    const QString detail = earlier >= firstEntry
+        ? QStringLiteral("\"%1\" on lines %2 and %3")
+              .arg(data.keyOf(entry))
+              .arg(linesTrimmed + earlier - firstEntry + 1)
+              .arg(line)
+        : QStringLiteral("\"%1\" on line %2 and before").arg(data.keyOf(entry)).arg(line);
+    d->noteIrregular(CPLLoadWarning::RepeatedKey, line, detail);
+}
+
 void CPLSection::saveSectionData(QString& text) const
 {
-    text = PLConstants::SECTIONKEY_PREFIX + d->key + QLatin1String(":\t") + d->name
-        + PLConstants::STR_NEWLINE;
+    text = PLGrammar::headerLine(d->key, d->name);
     const int lines = qMin(d->lineCount, d->entries.size());
     for (int i = 0; i < lines; ++i) {
         const QStringView key = d->keyOf(i);
-        if (!isCommentEntryKey(key))
-            text.append(key).append(QLatin1String(":\t"));
-        text.append(d->valueOf(i)).append(QLatin1Char('\n'));
+        if (isCommentEntryKey(key))
+            text.append(d->valueOf(i));
+        else
+            PLGrammar::appendKeyValueLine(text, key, d->valueOf(i));
+        text.append(QLatin1Char('\n'));
     }
     text += QLatin1Char('\n');
 }
@@ -460,6 +535,9 @@ int CPLSection::getSectionName(QString* name, bool raw) const
 
 int CPLSection::setSectionName(const QString& name)
 {
+    // A name is stored raw, its comment included: a value's rules.
+    if (breaksFile(name, TextRole::Value))
+        return PL_INVALID_ARGUMENT;
     d->name = name;
     return PL_SUCCESS;
 }
@@ -474,7 +552,7 @@ int CPLSection::getSectionKey(QString* key) const
 
 int CPLSection::setSectionKey(const QString& key)
 {
-    if (key.isNull())
+    if (key.isNull() || breaksFile(key, TextRole::SectionKey))
         return PL_INVALID_ARGUMENT;
     d->key = key;
     return PL_SUCCESS;
@@ -484,6 +562,8 @@ int CPLSection::addKeyValue(const QString& key, const QString& value)
 {
     if (key.isEmpty())
         return PL_EMPTY_KEY;
+    if (breaksFile(key, TextRole::Key) || breaksFile(value, TextRole::Value))
+        return PL_INVALID_ARGUMENT;
     const int slot = d->find(key);
     if (slot >= 0) {
         d->setValue(slot, value);
@@ -519,20 +599,19 @@ int CPLSection::getRawValue(const QString& key, QString* value) const
 
 int CPLSection::setValue(const QString& key, const QString& value)
 {
+    if (breaksFile(value, TextRole::Value))
+        return PL_INVALID_ARGUMENT;
     const int slot = d->find(key);
     if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    const QStringView old = d->view(d->slots.at(slot).value);
-    const qsizetype oldComment = old.indexOf(QLatin1Char('#'));
-    if (value.contains(QLatin1Char('#')) || oldComment < 0)
-        d->setValue(slot, value);
-    else
-        d->setValue(slot, value + QLatin1Char('\t') + old.mid(oldComment));
+    d->setValue(slot, PLGrammar::valueKeepingComment(d->view(d->slots.at(slot).value), value));
     return PL_SUCCESS;
 }
 
 int CPLSection::setRawValue(const QString& key, const QString& value)
 {
+    if (breaksFile(value, TextRole::Value))
+        return PL_INVALID_ARGUMENT;
     const int slot = d->find(key);
     if (slot < 0)
         return PL_KEY_NOT_FOUND;
@@ -700,27 +779,56 @@ CPLSection::TextFault CPLSection::textFault(const QString& text, TextRole role)
 {
     if (text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r')))
         return TextFault::LineBreak;
+    if (text.contains(QChar(0)))
+        return TextFault::Nul;
     if (std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xff; }))
         return TextFault::NotLatin1;
+    if (role != TextRole::Value) {
+        const bool isKey = role == TextRole::Key || role == TextRole::SectionKey;
+        if (isKey && text.isEmpty())
+            return TextFault::Empty;
+        if (isKey && text.contains(QLatin1Char(':')))
+            return TextFault::Colon;
+        if (text.contains(QLatin1Char('#')))
+            return TextFault::Hash;
+        if (role == TextRole::Key && PLGrammar::startsWithHeaderMark(text.constData()))
+            return TextFault::HeaderStart;
+        if (role == TextRole::Key && isCommentKey(text))
+            return TextFault::CommentKey;
+    }
     if (text != text.trimmed())
         return TextFault::OuterWhiteSpace;
-    if (role == TextRole::Value)
-        return TextFault::None;
-    const bool isKey = role == TextRole::Key || role == TextRole::SectionKey;
-    if (isKey && text.isEmpty())
-        return TextFault::Empty;
-    if (isKey && text.contains(QLatin1Char(':')))
-        return TextFault::Colon;
-    if (text.contains(QLatin1Char('#')))
-        return TextFault::Hash;
-    if (role == TextRole::Key && text.startsWith(QLatin1String("***")))
-        return TextFault::HeaderStart;
-    if (role == TextRole::Key && isCommentKey(text))
-        return TextFault::CommentKey;
     return TextFault::None;
 }
 
-QList<QPair<int, QString>> CPLSection::getIrregularLines() const
+bool CPLSection::breaksFile(const QString& text, TextRole role)
 {
-    return d->irregularLines;
+    switch (textFault(text, role)) {
+    case TextFault::None:
+    case TextFault::Empty:
+    case TextFault::OuterWhiteSpace:
+        return false;
+    default:
+        return true;
+    }
+}
+
+QList<CPLLoadWarning> CPLSection::getLoadWarnings() const
+{
+    QList<CPLLoadWarning> warnings;
+    for (const CPLSectionData::Irregularity& irregular : qAsConst(d->irregular))
+        warnings.append(CPLLoadWarning(irregular.kind, irregular.firstLine, irregular.count, d->key,
+                                       irregular.detail));
+    return warnings;
+}
+
+QStringList CPLSection::getEntryValues(bool raw) const
+{
+    QStringList values;
+    values.reserve(d->entries.size());
+    for (int entry = 0; entry < d->entries.size(); ++entry) {
+        const QStringView value = d->ownValueOf(entry);
+        values.append((raw ? value : withoutInlineComment(value)).toString());
+    }
+    return values;
 }

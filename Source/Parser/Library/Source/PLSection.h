@@ -1,6 +1,7 @@
 #ifndef PLSECTION_H
 #define PLSECTION_H
 
+#include "PLLoadWarning.h"
 #include "ovparser_global.h"
 
 #include <QList>
@@ -149,31 +150,50 @@ public:
     enum class TextRole { SectionKey, SectionName, Key, Value };
     // What keeps a text from being written in a section's lines as `role` and read back the
     // same; TextFault::None when nothing does. Checked in this order: a line break (it ends
-    // the line); a character outside Latin-1 (files are Latin-1); white space at either end
-    // (reading trims it); then, for all but values: emptiness (section keys and keys only),
-    // a colon (it ends section keys and keys), a "#" (it starts a comment); for keys only: a
-    // beginning "***" (the line would read as a section header) and "CommentLine " (the entry
-    // would be written as a comment line). A "#" in a value starts its inline comment.
+    // the line), a NUL byte (it ends the text), a character outside Latin-1 (files are
+    // Latin-1); then, for all but values: emptiness (section keys and keys only), a colon (it
+    // ends section keys and keys), a "#" (it starts a comment); for keys only: a beginning
+    // "***" (the line would read as a section header) and "CommentLine " (the entry would be
+    // written as a comment line); last, white space at either end (reading trims it). A "#"
+    // in a value starts its inline comment.
     enum class TextFault {
         None,
         LineBreak,
+        Nul,
         NotLatin1,
-        OuterWhiteSpace,
         Empty,
         Colon,
         Hash,
         HeaderStart,
-        CommentKey
+        CommentKey,
+        OuterWhiteSpace
     };
     static TextFault textFault(const QString& text, TextRole role);
+    // Whether writing `text` as `role` would change the lines of the file or lose text: any
+    // fault of textFault() but emptiness (which each operation judges) and white space at
+    // either end (which reading trims, and nothing else). The setters, adders and builders
+    // refuse such text with 31 and change nothing, so that no sequence of calls writes a file
+    // that does not load back: a value "x\nUser:\tsomeone" never adds a key.
+    static bool breaksFile(const QString& text, TextRole role);
 
-    // The lines of the last loaded body that saving will not write back as they stood, each
-    // with its 1-based line number in the text given to loadSectionData() and the reason: a
-    // key line that begins with blanks (its key is cut at a shifted place), a key that begins
-    // with "***" (its line would read back as a section header; a body can begin so after
-    // white space that does not separate tokens, such as a carriage return), and a key that
-    // contains "CommentLine " (such an entry is written back as its value alone).
-    QList<QPair<int, QString>> getIrregularLines() const;
+    // What the last load (loadSectionData()) read that saveSectionData() will not write back
+    // as it stood, one warning per kind with its first line and the number of lines of that
+    // kind, lines counted from the first line of the text given: lines that begin with blanks
+    // (their key is cut at a shifted place), other separators than a colon and a tab, blanks
+    // around a key, a value or a comment, text lines that are written back as comments, keys
+    // that a body repeats (every line is written with the last value), keys that begin with
+    // "***" (their line would read back as a section header; a body can begin so after white
+    // space that does not separate tokens, such as a vertical tab), keys that contain
+    // "CommentLine " (such an entry is written back as its value alone), and a NUL byte (the
+    // body ends there). The warnings carry the section key, no file. Line ends and blank lines
+    // around the body are the document's to judge.
+    QList<CPLLoadWarning> getLoadWarnings() const;
+
+    // The value of each entry, in file order, comment entries included (their text), as by
+    // getValue() or, with `raw`, getRawValue(): except that an entry whose key the section
+    // holds more than once gives the value of its own line, not the last one, until the key
+    // is set again. A reader that shows what a file holds uses this.
+    QStringList getEntryValues(bool raw) const;
 
 private:
     friend class CPLClickInfo;
@@ -184,6 +204,9 @@ private:
     // text already cut at its first NUL.
     void loadBody(const QString& text, int from, int to, int expectedLines, bool mayHoldNul);
     template<typename T> int getNumber(const QString& key, T* value) const;
+    // Notes a line of a load that saving will not write back as it stood.
+    void noteLineFault(int fault, int line, QStringView key);
+    void noteRepeatedKey(int firstEntry, int linesTrimmed, int line);
 
     QSharedDataPointer<CPLSectionData> d;
 };

@@ -2,8 +2,10 @@
 
 #include "PLAssert_p.h"
 #include "PLConstants.h"
+#include "PLLogging_p.h"
 #include "PLScanner_p.h"
 #include "PLSection.h"
+#include "PLStatus.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -91,11 +93,22 @@ void ParseSectionField(const char* line, CPLSection* section)
     PL_ASSERT(section != nullptr);
     const char* colon = std::strchr(line, ':');
     if (!colon) {
-        qWarning("ParseSectionField: a body line without a colon was passed; nothing added");
+        qCWarning(lcOvLoad, "ParseSectionField: a body line without a colon was passed; nothing added");
         return;
     }
-    section->addKeyValue(QString::fromLatin1(line, static_cast<int>(colon - line)),
-                         QString::fromLatin1(colon + 1));
+    // The line end that readLine() leaves on a line ends the line, not the value: a value
+    // that held it could not stand in the file.
+    const char* end = colon + std::strlen(colon);
+    if (end != colon + 1 && end[-1] == '\n')
+        --end;
+    if (end != colon + 1 && end[-1] == '\r')
+        --end;
+    const QString key = QString::fromLatin1(line, static_cast<int>(colon - line));
+    const QString value = QString::fromLatin1(colon + 1, static_cast<int>(end - colon - 1));
+    if (section->addKeyValue(key, value) != PL_SUCCESS)
+        qCWarning(lcOvLoad, "ParseSectionField: the line \"%s\" cannot stand in a section; nothing "
+                            "added",
+                  qUtf8Printable(key + QLatin1Char(':') + value));
 }
 
 QString getSectionBuffer(const QString& text)

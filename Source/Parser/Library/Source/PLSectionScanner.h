@@ -43,9 +43,11 @@ OVPARSER_EXPORT char* getNextSection(const char* buffer, long* position);
 
 // Adds one key/value pair to a section from a body line: the key is the text before the
 // first colon, the value the text after it up to the end of the line, both taken byte for
-// byte (no trimming) and handed to CPLSection::addKeyValue(). Callers pass only lines that
-// hold a colon; a line without one adds nothing (and is logged). A null line or section is a
-// programming error and stops the program.
+// byte (no trimming) and handed to CPLSection::addKeyValue(). The line end that readLine()
+// leaves on a line (LF, or CR LF) is not part of the value. Callers pass only lines that hold
+// a colon; a line without one, or with text that cannot stand in a section (a line break
+// inside it, a colon or "#" in the key: CPLSection::breaksFile()), adds nothing and is
+// logged. A null line or section is a programming error and stops the program.
 OVPARSER_EXPORT void ParseSectionField(const char* line, CPLSection* section);
 
 // Returns the first section of a text: from the first "*** " (three asterisks and a blank,
