@@ -1,19 +1,19 @@
 #include "PLClickInfo.h"
 
 #include "PLConstants.h"
+#include "PLFileReader_p.h"
+#include "PLFileWriter_p.h"
 #include "PLKeyHash_p.h"
+#include "PLLogging_p.h"
 #include "PLScanner_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
-#include <QSaveFile>
 #include <QScopeGuard>
 #include <QTextStream>
-#include <limits>
 
 #include <algorithm>
 #include <cstring>
@@ -110,88 +110,6 @@ private:
     qint64 m_offset = 0;
     int m_line = 1;
 };
-
-int replaceFile(const QString& filePath, const QByteArray& bytes)
-{
-    QSaveFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly))
-        return PL_FILE_OPEN_FAILED;
-    // QSaveFile::commit() does not report a failure of its own final flush, so flush here:
-    // a short write must never replace the old file.
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        file.cancelWriting();
-        return PL_SHORT_WRITE;
-    }
-    return file.commit() ? PL_SUCCESS : PL_SHORT_WRITE;
-}
-
-int appendToFile(const QString& filePath, const QByteArray& bytes)
-{
-    // Unbuffered, so that a short write shows at once and no buffered rest is flushed after
-    // the file has been cut back to its old length.
-    QFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
-        return PL_FILE_OPEN_FAILED;
-    const qint64 oldSize = file.size();
-    if (file.write(bytes) != bytes.size()) {
-        file.resize(oldSize);
-        return PL_SHORT_WRITE;
-    }
-    return PL_SUCCESS;
-}
-
-int readWholeFile(const QString& filePath, QByteArray* bytes)
-{
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return PL_FILE_OPEN_FAILED;
-    *bytes = file.readAll();
-    return file.error() == QFileDevice::NoError ? PL_SUCCESS : PL_FILE_OPEN_FAILED;
-}
-
-// Files from this size on are mapped into memory rather than read: mapping spares a copy of
-// a large file, but costs more than reading a small one.
-constexpr qint64 MAP_FROM_SIZE = 256 * 1024;
-
-// The bytes of a file opened unbuffered, read straight into one buffer one byte larger than
-// the file's size: a read that does not fill it has reached the end, so a small file costs a
-// single read. A file that has grown since it was opened is read on to its end.
-QByteArray readWhole(QFile& file, qint64 size)
-{
-    QByteArray bytes(int(qMin<qint64>(size + 1, std::numeric_limits<int>::max())),
-                     Qt::Uninitialized);
-    qint64 got = 0;
-    for (;;) {
-        const qint64 wanted = bytes.size() - got;
-        const qint64 n = file.read(bytes.data() + got, wanted);
-        if (n > 0)
-            got += n;
-        if (n < wanted)
-            break;
-        bytes.resize(int(qMin<qint64>(qint64(bytes.size()) * 2, std::numeric_limits<int>::max())));
-    }
-    bytes.resize(int(got));
-    return bytes;
-}
-
-// Hands the bytes of a file to `use`: mapped into memory when the file is large and allows
-// it, else read whole.
-template<typename Use> int withFileBytes(const QString& filePath, Use use)
-{
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return PL_FILE_OPEN_FAILED;
-    const qint64 size = file.size();
-    if (const uchar* mapped = size >= MAP_FROM_SIZE ? file.map(0, size) : nullptr) {
-        use(reinterpret_cast<const char*>(mapped), size);
-        return PL_SUCCESS;
-    }
-    const QByteArray bytes = readWhole(file, size);
-    if (file.error() != QFileDevice::NoError)
-        return PL_FILE_OPEN_FAILED;
-    use(bytes.constData(), bytes.size());
-    return PL_SUCCESS;
-}
 
 } // namespace
 
@@ -378,11 +296,13 @@ int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections
 {
     QString text;
     int linesBefore = 0;
-    int status = withFileBytes(filePath, [&](const char* data, qint64 size) {
-        text = normalisedText(data, size, &linesBefore);
-    });
-    if (status == PL_SUCCESS)
+    QByteArray bytes;
+    int status = PLFile::readFile(filePath, &bytes);
+    if (status == PL_SUCCESS) {
+        text = normalisedText(bytes.constData(), bytes.size(), &linesBefore);
+        bytes = QByteArray(); // the text holds it now
         status = loadNormalisedText(text, linesBefore);
+    }
     if (status != PL_SUCCESS)
         return status;
     m_iFileSectionCount = m_iSectionCount;
@@ -518,9 +438,11 @@ QString CPLClickInfo::getClickInfoData() const
 
 int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
-    const QByteArray bytes = getClickInfoData().toLatin1();
-    return filePath.endsWith(QLatin1String(".dcm")) ? appendToFile(filePath, bytes)
-                                                    : replaceFile(filePath, bytes);
+    return PL_GUARDED({
+        const QByteArray bytes = getClickInfoData().toLatin1();
+        return PLFile::isDicomPath(filePath) ? PLFile::appendFile(filePath, bytes)
+                                             : PLFile::saveFile(filePath, bytes);
+    });
 }
 
 int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)
@@ -696,7 +618,7 @@ int CPLClickInfo::obtainValueFromClickInfoFile(const QString& filePath, const QS
     if (!value || key.isEmpty())
         return PL_NULL_ARGUMENT;
     QByteArray bytes;
-    const int status = readWholeFile(filePath, &bytes);
+    const int status = PLFile::readFile(filePath, &bytes);
     return status == PL_SUCCESS ? obtainValueFromClickInfoFile(bytes.constData(), key, value)
                                 : status;
 }

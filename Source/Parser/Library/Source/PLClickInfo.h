@@ -67,10 +67,11 @@ public:
     // Loads a file: reads it whole as Latin-1, trims it, turns CR LF and lone CR into LF,
     // keeps the lines before the first line whose first token is exactly "***" as leading
     // lines (trimmed), and cuts the text into sections with loadTextBuffer(). Returns 11
-    // when the file cannot be opened or read, else the status of loadTextBuffer(). After a
-    // successful load getFileSectionCount() gives the number of sections; then, when
-    // `appendUserSections` is set, appendUserSpecificSections(false) is called and its
-    // status returned.
+    // when the file cannot be opened or read (a directory too), 63 when it is larger than
+    // PL_MAX_FILE_SIZE, 64 for a FIFO, device or socket (never opened), 65 when memory runs
+    // out while it is read, else the status of loadTextBuffer(). After a successful load
+    // getFileSectionCount() gives the number of sections; then, when `appendUserSections` is
+    // set, appendUserSpecificSections(false) is called and its status returned.
     //
     // Loading does not clear the document: a section already present keeps its content and
     // its place, and the file's section with the same key is ignored. The leading lines are
@@ -107,11 +108,16 @@ public:
     int loadClickInfoDcm(const char* buffer, int length);
 
     // Writes the document: each leading line followed by LF, each section in order (see
-    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm" (in that case) is
+    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm" (in any case) is
     // appended to, so that the metadata follows the image data of a DICOM file; any other
-    // path is replaced as a whole through a temporary file, so a failed save leaves the old
-    // file intact. Returns 11 when the file cannot be opened for writing, 31 when it cannot
-    // be written completely (an append that fails is cut back to the old length).
+    // path is replaced as a whole. The file's lock "<file>.lock" is held meanwhile; the new
+    // content replaces the file through it and a rename where that keeps the file what it
+    // was (one link, its owner, group and mode), and is written in place otherwise (a hard
+    // link, a read-only folder); a symbolic link is followed. A failed save leaves the old
+    // file intact. Returns 11 when the file or its lock cannot be created or opened, 31 when
+    // it cannot be written completely (a write, sync, close or rename refused: see
+    // getLastSystemError()), 64 for a FIFO, device or socket, 66 when another editor holds
+    // the lock (or left it behind), 65 when memory runs out.
     int saveClickInfo(const QString& filePath) const;
     // The text that saveClickInfo() writes.
     QString getClickInfoData() const;
