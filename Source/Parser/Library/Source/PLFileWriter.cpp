@@ -286,6 +286,7 @@ private:
     int takeLock(const Deadline& deadline);
     int lockBusy();
     int lockTargetItself(const Deadline& deadline);
+    int giveOldIdentity();
     bool newFileCanTakeItsPlace(QString* why);
     int choosePath(const Deadline& deadline);
     int openDevice();
@@ -423,30 +424,34 @@ int CPLFileWriter::Private::lockTargetItself(const Deadline& deadline)
     return PL_SUCCESS;
 }
 
+// Gives the lock file the old file's owner, group and mode (set-id bits too), and confirms
+// them from its status, since the system may drop a set-group-ID bit, say. The owner first,
+// as changing it clears set-id bits. 0, or an errno value (EPERM when a bit was dropped).
+int CPLFileWriter::Private::giveOldIdentity()
+{
+    const int fd = lockFile.get();
+    FileStatus given {};
+    if (::fchown(fd, old.st_uid, old.st_gid) != 0 || ::fchmod(fd, old.st_mode & MODE_BITS) != 0
+        || ::fstat(fd, &given) != 0)
+        return errno;
+    const bool kept = given.st_uid == old.st_uid && given.st_gid == old.st_gid
+        && (given.st_mode & MODE_BITS) == (old.st_mode & MODE_BITS);
+    return kept ? 0 : EPERM;
+}
+
 // Whether the lock file, renamed over the file, would be the file it replaces: a file with
-// one link, whose owner, group and mode (set-id bits too) the new file takes, as its status
-// confirms afterwards (the system may drop a set-group-ID bit, say). The owner first, since
-// changing it clears set-id bits.
+// one link, whose owner, group and mode the new file can take.
 bool CPLFileWriter::Private::newFileCanTakeItsPlace(QString* why)
 {
     if (old.st_nlink != 1) {
         *why = QStringLiteral("it has %1 links").arg(old.st_nlink);
         return false;
     }
-    const int fd = lockFile.get();
-    FileStatus given {};
-    if (::fchown(fd, old.st_uid, old.st_gid) != 0 || ::fchmod(fd, old.st_mode & MODE_BITS) != 0
-        || ::fstat(fd, &given) != 0) {
+    const int error = giveOldIdentity();
+    if (error != 0)
         *why = QStringLiteral("a new file cannot be given its owner, group and mode: %1")
-                   .arg(QString::fromLocal8Bit(std::strerror(errno)));
-        return false;
-    }
-    if (given.st_uid != old.st_uid || given.st_gid != old.st_gid
-        || (given.st_mode & MODE_BITS) != (old.st_mode & MODE_BITS)) {
-        *why = QStringLiteral("a new file does not keep its owner, group and mode");
-        return false;
-    }
-    return true;
+                   .arg(QString::fromLocal8Bit(std::strerror(error)));
+    return error == 0;
 }
 
 int CPLFileWriter::Private::choosePath(const Deadline& deadline)
@@ -510,6 +515,12 @@ int CPLFileWriter::Private::commit()
 // the file as it was; elsewhere the rename replaces it at once.
 int CPLFileWriter::Private::commitByRename()
 {
+    // Writing clears the set-id bits of a file for a writer without the right to keep them:
+    // they are given again now that the content is written.
+    const int lost = exists ? giveOldIdentity() : 0;
+    if (lost != 0)
+        return systemFailure(PL_SHORT_WRITE, path, "cannot keep the file's owner, group and mode",
+                             lost);
     if (injected("fsync") || ::fsync(lockFile.get()) != 0)
         return systemFailure(PL_SHORT_WRITE, path, "cannot sync", errno);
     const int closed = lockFile.close();
