@@ -11,9 +11,11 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <algorithm>
+#include <csignal>
+#include <initializer_list>
 #include <ostream>
+#include <sys/resource.h>
 
 // Readable failure messages: print the text, not the raw QChar array.
 inline void PrintTo(const QString& s, std::ostream* os)
@@ -82,6 +84,20 @@ protected:
 
 private:
     qint64 m_capacity;
+};
+
+// Lowers RLIMIT_FSIZE for the scope so that writes past `bytes` fail with EFBIG.
+struct FileSizeLimit
+{
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN); // for this program: a write past the limit just fails
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        const rlimit limit { bytes, m_old.rlim_max };
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
+    rlimit m_old {};
 };
 
 #endif // TESTUTIL_H

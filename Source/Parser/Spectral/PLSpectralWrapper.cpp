@@ -1,12 +1,13 @@
 #include "PLSpectralWrapper.h"
 
+#include "PLFileWriter_p.h"
+#include "PLLogging_p.h"
 #include "PLSpectralNames_p.h"
 #include "PLStatus.h"
 #include "PLXMLWriter.h"
 
 #include <QDate>
 #include <QLocale>
-#include <QSaveFile>
 #include <QTime>
 #include <QtDebug>
 
@@ -92,15 +93,15 @@ CPLSpectralWrapper::~CPLSpectralWrapper()
 int CPLSpectralWrapper::createSpectralXMLFile(const QString& fileName)
 {
     discardDocument();
-    auto file = std::make_unique<QSaveFile>(fileName);
-    if (!file->open(QIODevice::WriteOnly)) {
-        qWarning("%s: cannot open the file for writing: %s", qUtf8Printable(fileName),
-                 qUtf8Printable(file->errorString()));
-        return PL_FILE_OPEN_FAILED;
-    }
-    m_file = std::move(file);
-    startDocument(m_file.get());
-    return PL_SUCCESS;
+    return PL_GUARDED({
+        auto file = std::make_unique<CPLFileWriter>(fileName, CPLFileWriter::Mode::Replace);
+        const int status = file->open(PL_LOCK_WAIT_MS);
+        if (status != PL_SUCCESS)
+            return status;
+        m_file = std::move(file);
+        startDocument(m_file->device());
+        return PL_SUCCESS;
+    });
 }
 
 int CPLSpectralWrapper::createSpectralXMLDocument(QIODevice* device)
@@ -133,7 +134,7 @@ void CPLSpectralWrapper::discardDocument()
 {
     m_writer.reset();
     if (m_file)
-        m_file->cancelWriting();
+        m_file->cancel();
     m_file.reset();
 }
 
@@ -299,16 +300,11 @@ int CPLSpectralWrapper::setCloseSpectralAnalysis()
     m_writer.reset();
     if (!m_file)
         return written ? PL_SUCCESS : PL_SHORT_WRITE;
-    // QSaveFile::commit() does not report a failure of its own final flush: flush first, so
-    // that a short write never replaces the old file.
-    const bool committed = written && m_file->flush() && m_file->commit();
-    if (!committed) {
-        qWarning("%s: cannot write the file; it is left as it was",
-                 qUtf8Printable(m_file->fileName()));
-        m_file->cancelWriting();
-    }
+    // After a failed write (which the file writer has reported) nothing is committed, and
+    // destroying the writer leaves the old file as it was.
+    const int status = written ? m_file->commit() : PL_SHORT_WRITE;
     m_file.reset();
-    return committed ? PL_SUCCESS : PL_SHORT_WRITE;
+    return status;
 }
 
 int CPLSpectralWrapper::writeSpectralDocument(const _tagSSpectralDocument& document)

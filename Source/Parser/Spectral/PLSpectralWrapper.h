@@ -12,7 +12,7 @@
 class CPLXMLReader;
 class QByteArray;
 class QIODevice;
-class QSaveFile;
+class CPLFileWriter;
 
 // One element of the spectral-analysis document: its id and its name.
 struct _tagSElementInfo
@@ -186,11 +186,14 @@ struct _tagSSpectralDocument
 // Numbers: integers in decimal, floating-point values with "%g" (6 significant digits: 0.5
 // gives "0.5", 1234567 gives "1.23457e+06"), wavelengths followed by "nm".
 //
-// Nothing lost: the file is written through a temporary file that replaces it only when
-// setCloseSpectralAnalysis() has written the whole document; its status tells whether it
-// did. A document left unfinished (the wrapper destroyed, or createSpectralXMLFile() called
-// again, before setCloseSpectralAnalysis()) is discarded: the file keeps its old content, or
-// stays absent. The set operations report nothing and write nothing while no file is open.
+// Nothing lost: the file is saved as every file of the library is (its lock "<file>.lock" is
+// held while the document is written; the new content replaces the file through the lock
+// file and a rename, or is written in place where a rename would not keep the file what it
+// was), and only when setCloseSpectralAnalysis() has written the whole document; its status
+// tells whether it did. A document left unfinished (the wrapper destroyed, or
+// createSpectralXMLFile() called again, before setCloseSpectralAnalysis()) is discarded: the
+// file keeps its old content, or stays absent, and the lock is released. The set operations
+// report nothing and write nothing while no file is open.
 //
 // Reading: loadSpectralXMLFile() reads a document, then the get operations return what the
 // set operations wrote, in the records above. A wrapper is either written or read; loading
@@ -205,7 +208,9 @@ public:
 
     // Starts a new document for `fileName`: writes the declaration line and the line with
     // the doctype and the root's start tag. An unfinished document is discarded first.
-    // Returns 11 when the file cannot be opened for writing (the set operations then write
+    // Returns 11 when the file or its lock cannot be created or opened, 64 when the path
+    // names a FIFO, device or socket, 66 when another editor holds the file's lock (after
+    // waiting PL_LOCK_WAIT_MS), 65 when memory runs out (the set operations then write
     // nothing), else 0.
     int createSpectralXMLFile(const QString& fileName);
     // The same on a device the caller owns, open for writing, which must outlive the
@@ -267,8 +272,9 @@ public:
     // "...Linear.Fit.Values".
     void setLinearFitResults(double a, double b);
     // Closes the root and ends the document: a file then replaces the old one. Returns 0
-    // when the whole document was written, 31 when a write failed (a file then keeps its
-    // old content), 33 when no document was being written.
+    // when the whole document was written, 31 when a write, sync, close or rename failed (a
+    // file then keeps its old content; getLastSystemError() tells why), 33 when no document
+    // was being written.
     int setCloseSpectralAnalysis();
 
     // Writes a whole document from a record, from setSpectralAttributes() to
@@ -317,7 +323,7 @@ private:
     void writeAtom(int elementId, const AttrMap& attrs);
     void writeClose(int elementId);
 
-    std::unique_ptr<QSaveFile> m_file;
+    std::unique_ptr<CPLFileWriter> m_file;
     std::unique_ptr<CPLXMLWriter> m_writer;
     QString m_strDateTime;
     QString m_strFixedDateTime;

@@ -3,6 +3,8 @@
 #include "PLConstants.h"
 #include "PLDecodedText_p.h"
 #include "PLDicomMetadata_p.h"
+#include "PLFileReader_p.h"
+#include "PLFileWriter_p.h"
 #include "PLKeyHash_p.h"
 #include "PLLineGrammar_p.h"
 #include "PLLoadCheck_p.h"
@@ -12,9 +14,8 @@
 #include "PLStatus.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+
 #include <QScopeGuard>
 
 #include <algorithm>
@@ -54,85 +55,6 @@ QString location(const QString& source, int line)
 {
     return source.isEmpty() ? QStringLiteral("line %1").arg(line)
                             : QStringLiteral("%1:%2").arg(source).arg(line);
-}
-
-int replaceFile(const QString& filePath, const QByteArray& bytes)
-{
-    QSaveFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly))
-        return PL_FILE_OPEN_FAILED;
-    // QSaveFile::commit() does not report a failure of its own final flush, so flush here:
-    // a short write must never replace the old file.
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        file.cancelWriting();
-        return PL_SHORT_WRITE;
-    }
-    return file.commit() ? PL_SUCCESS : PL_SHORT_WRITE;
-}
-
-int appendToFile(const QString& filePath, const QByteArray& bytes)
-{
-    // Unbuffered, so that a short write shows at once and no buffered rest is flushed after
-    // the file has been cut back to its old length.
-    QFile file(filePath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
-        return PL_FILE_OPEN_FAILED;
-    const qint64 oldSize = file.size();
-    if (file.write(bytes) != bytes.size()) {
-        file.resize(oldSize);
-        return PL_SHORT_WRITE;
-    }
-    return PL_SUCCESS;
-}
-
-int readWholeFile(const QString& filePath, QByteArray* bytes)
-{
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return PL_FILE_OPEN_FAILED;
-    *bytes = file.readAll();
-    return file.error() == QFileDevice::NoError ? PL_SUCCESS : PL_FILE_OPEN_FAILED;
-}
-
-// Files from this size on are mapped into memory rather than read: mapping spares a copy of
-// a large file, but costs more than reading a small one.
-constexpr qint64 MAP_FROM_SIZE = 256 * 1024;
-
-// The bytes of a file opened unbuffered, read straight into one buffer one byte larger than
-// the file's size: a read that does not fill it has reached the end, so a small file costs a
-// single read. A file that has grown since it was opened is read on to its end.
-QByteArray readWhole(QFile& file, qint64 size)
-{
-    QByteArray bytes(int(qMin<qint64>(size + 1, std::numeric_limits<int>::max())),
-                     Qt::Uninitialized);
-    qint64 got = 0;
-    for (;;) {
-        const qint64 wanted = bytes.size() - got;
-        const qint64 n = file.read(bytes.data() + got, wanted);
-        if (n > 0)
-            got += n;
-        if (n < wanted)
-            break;
-        bytes.resize(int(qMin<qint64>(qint64(bytes.size()) * 2, std::numeric_limits<int>::max())));
-    }
-    bytes.resize(int(got));
-    return bytes;
-}
-
-// Hands the bytes of a file to `use`: mapped into memory when the file is large and allows
-// it, else read whole.
-template<typename Use> int withFileBytes(const QString& filePath, Use use)
-{
-    QFile file(filePath);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return PL_FILE_OPEN_FAILED;
-    const qint64 size = file.size();
-    if (const uchar* mapped = size >= MAP_FROM_SIZE ? file.map(0, size) : nullptr)
-        return use(reinterpret_cast<const char*>(mapped), size);
-    const QByteArray bytes = readWhole(file, size);
-    if (file.error() != QFileDevice::NoError)
-        return PL_FILE_OPEN_FAILED;
-    return use(bytes.constData(), bytes.size());
 }
 
 } // namespace
@@ -335,10 +257,17 @@ void CPLClickInfo::clearData()
 
 int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections)
 {
-    const bool dicom = filePath.endsWith(QLatin1String(".dcm"), Qt::CaseInsensitive);
-    int status = withFileBytes(filePath, [&](const char* data, qint64 size) {
-        return dicom ? loadDicomMetadata(data, size, filePath)
-                     : loadClickInfoBytes(data, size, filePath);
+    QByteArray bytes;
+    int status = PL_GUARDED({
+        if (!PLFile::isDicomPath(filePath)) {
+            const int read = PLFile::readFile(filePath, &bytes);
+            return read != PL_SUCCESS ? read
+                                      : loadClickInfoBytes(bytes.constData(), bytes.size(), filePath);
+        }
+        qint64 offset = 0;
+        const int read = PLFile::readDicomMetadata(filePath, &bytes, &offset);
+        return read != PL_SUCCESS ? read
+                                  : loadDicomMetadata(bytes.constData(), bytes.size(), filePath);
     });
     if (status != PL_SUCCESS)
         return status;
@@ -398,13 +327,21 @@ int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sour
 
 int CPLClickInfo::loadDicomMetadata(const char* data, qint64 size, const QString& filePath)
 {
-    const PLText::Span<char> copy = PLDicom::lastCopy(data, size);
-    if (copy.size() == 0)
+    const PLDicom::Copy copy = PLDicom::lastCopy(data, size);
+    if (copy.text.size() == 0)
         return PL_NOTHING_TO_WORK_ON;
     const QString source = filePath.isEmpty()
         ? QString()
         : QStringLiteral("%1 (last metadata copy)").arg(filePath);
-    return loadClickInfoBytes(copy.begin, copy.size(), source);
+    const int status = loadClickInfoBytes(copy.text.begin, copy.text.size(), source);
+    if (copy.cut) {
+        const int line = 1 + int(std::count(copy.text.begin, copy.cut, '\n'));
+        CPLLoadWarning warning(CPLLoadWarning::CutCopy, line, 1, QString(), QString());
+        warning.setFile(source);
+        qCWarning(lcOvLoad).noquote() << warning.toString();
+        m_LoadWarnings.append(warning);
+    }
+    return status;
 }
 
 int CPLClickInfo::loadClickInfo(const QString& folder, const QString& fileName, int imageType,
@@ -483,9 +420,8 @@ int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
     return PL_GUARDED({
         const QByteArray bytes = getClickInfoData().toLatin1();
-        return filePath.endsWith(QLatin1String(".dcm"), Qt::CaseInsensitive)
-            ? appendToFile(filePath, bytes)
-            : replaceFile(filePath, bytes);
+        return PLFile::isDicomPath(filePath) ? PLFile::appendFile(filePath, bytes)
+                                             : PLFile::saveFile(filePath, bytes);
     });
 }
 
@@ -660,7 +596,7 @@ int CPLClickInfo::obtainValueFromClickInfoFile(const QString& filePath, const QS
     if (!value || key.isEmpty())
         return PL_NULL_ARGUMENT;
     QByteArray bytes;
-    const int status = readWholeFile(filePath, &bytes);
+    const int status = PLFile::readFile(filePath, &bytes);
     return status == PL_SUCCESS ? obtainValueFromClickInfoFile(bytes.constData(), key, value)
                                 : status;
 }

@@ -73,8 +73,9 @@ public:
     // CR LF and lone CR into LF, keeps the lines before the first line whose first token is
     // exactly "***" as leading lines (trimmed), and cuts the text into sections with
     // loadTextBuffer(). A path ending in ".dcm", in any case, is a DICOM file: its last
-    // metadata copy is loaded, as saveClickInfo() appends it (loadClickInfoDcm()). Returns
-    // 11 when the file cannot be opened or read (getLastSystemError() says why), 64 for a
+    // complete metadata copy is loaded, as saveClickInfo() appends it (loadClickInfoDcm()).
+    // Only a regular file is read (a symbolic link is followed). Returns 11 when the file
+    // cannot be opened or read, a directory too (getLastSystemError() says why), 64 for a
     // FIFO, device or socket (never opened for reading), 63 for a file (or DICOM metadata)
     // larger than PL_MAX_FILE_SIZE, 65 when memory runs out, else the status of
     // loadTextBuffer(). After a successful load getFileSectionCount() gives the number of
@@ -122,14 +123,20 @@ public:
     int loadClickInfoDcm(const char* buffer, qint64 length);
 
     // Writes the document: each leading line followed by LF, each section in order (see
-    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm", in any case, is
+    // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm" (in any case) is
     // appended to, so that the metadata follows the image data of a DICOM file; any other
-    // path is replaced as a whole. The save never harms what it replaces (PLFileWriter_p.h
-    // has the rules): a failed save leaves the old file intact, links, owner and mode are
-    // kept, and a FIFO, device or socket is never written. Returns 11 when the file cannot be
-    // created or opened for writing, 31 when it cannot be written completely (a write, sync,
-    // close or rename failed), 64 for a path that is not a regular file, 66 when another
-    // editor holds the file's lock, 65 when memory runs out.
+    // path is replaced as a whole. The file's lock "<file>.lock" is held meanwhile; the new
+    // content replaces the file through it and a rename where that keeps the file what it
+    // was (one link, its owner, group and mode), and is written in place otherwise (a hard
+    // link, a read-only folder); a symbolic link is followed. An append is all or nothing
+    // where the file can be replaced (the old bytes are copied, by reflink where the file
+    // system offers one, the copy appended, the whole renamed into place); where the copy is
+    // appended in place, a copy cut off by a crash is recognised by the next load, which
+    // falls back to the last complete one with a warning. A failed save leaves the old file
+    // intact. Returns 11 when the file or its lock cannot be created or opened, 31 when it
+    // cannot be written completely (a write, sync, close or rename refused: see
+    // getLastSystemError()), 64 for a FIFO, device or socket, 66 when another editor holds
+    // the lock (or left it behind), 65 when memory runs out.
     int saveClickInfo(const QString& filePath) const;
     // The text that saveClickInfo() writes.
     QString getClickInfoData() const;

@@ -13,9 +13,20 @@ namespace PLDicom {
 // last NUL byte (the image data before it always holds NULs, the metadata never does), from
 // its first "*** " on: the bytes before that end the image data, and may be glued to the
 // first header, since the metadata is appended as it is. Each save appends a copy; the last
-// one begins at the last header line that repeats the first header's key. An empty span at
-// the end when the bytes hold no "*** " after their last NUL. May throw std::bad_alloc.
-PLText::Span<char> lastCopy(const char* data, qint64 size);
+// one begins at the last header line that repeats the first header's key.
+//
+// A save ends every copy with four LF (the last line's, the section's empty line, and the
+// document's two), and nowhere else does a saved copy hold three LF in a row. A copy that
+// holds no such ending was cut off (a crash in the middle of an append in place), as is
+// anything but blanks after a complete copy's ending. The copy loaded is then the last
+// complete one, from its header to its ending, and `cut` tells where the cut copy begins;
+// when no copy is complete, the last copy is loaded as it stands, and `cut` is its start.
+struct Copy {
+    PLText::Span<char> text; // empty, at the end, when the bytes hold no "*** " after their last NUL
+    const char* cut = nullptr; // the start of a copy that was cut off; null when none was
+};
+// May throw std::bad_alloc.
+Copy lastCopy(const char* data, qint64 size);
 
 } // namespace PLDicom
 

@@ -14,8 +14,11 @@
 // - The new content replaces the file through the lock file and a rename only when that
 //   keeps the file what it was: a regular file with one link, in a folder where a file can be
 //   created, whose owner, group and mode (set-id bits included) the new file can be given
-//   (checked on the new file after it was given them). The new file is synced, renamed into
-//   place, and the folder synced.
+//   (checked on the new file after it was given them). The new file is synced, closed,
+//   renamed into place, and the folder synced. Where the file system can exchange two names
+//   (renameat2 RENAME_EXCHANGE), the rename is an exchange: the old file stays under the
+//   lock's name until the folder is synced, so that even a failed sync of the folder puts
+//   the old file back; it is removed afterwards.
 // - Otherwise the file is written in place: a writable file in a read-only folder is saved,
 //   a hard link stays one file shared by its names, owner and group stay. The old bytes are
 //   kept in memory until the new ones are written and synced in full, and are written back
@@ -40,7 +43,9 @@
 // Test seam: the environment variable OVPARSER_FAIL_SYSCALL, a comma-separated list of
 // operations among "write", "fsync", "close", "rename" and "fsyncdir", makes each of those
 // operations fail with EIO, so that tests (and ovtool's tests, in a child process) can prove
-// that every failure is reported and harms nothing.
+// that every failure is reported and harms nothing. It fails the writing of the new content
+// (in Append mode the copy of the old content into the lock file is such a write), never
+// the writing back of the old content after a failed in-place write.
 
 #include <QByteArray>
 #include <QString>
@@ -66,7 +71,9 @@ public:
 
     // Takes the lock (waiting up to `waitMilliseconds`) and chooses how the file will be
     // written. A file that does not exist yet is created (through the lock file). Returns 0,
-    // PL_FILE_LOCKED, PL_NOT_REGULAR_FILE, PL_FILE_OPEN_FAILED or PL_OUT_OF_MEMORY.
+    // PL_FILE_LOCKED, PL_NOT_REGULAR_FILE, PL_FILE_OPEN_FAILED or PL_OUT_OF_MEMORY; in Append
+    // mode also PL_SHORT_WRITE, when the old content cannot be copied into the lock file.
+    // Called once; a failed open() releases everything it took.
     int open(int waitMilliseconds);
 
     // The file's bytes as they stand now, read under the lock (so an edit made of them loses

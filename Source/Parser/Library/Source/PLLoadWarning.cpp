@@ -79,6 +79,13 @@ QString CPLLoadWarning::message() const
             .arg(quotedDetail);
     case NulByte:
         return QStringLiteral("a NUL byte ends the text; what follows it is not read");
+    case CutCopy:
+        return m_iLine > 1
+            ? QStringLiteral("a metadata copy begins here that was cut off before its end; the "
+                             "last complete copy, before it, was loaded")
+            : QStringLiteral("this metadata copy does not end as a save ends it (it may have "
+                             "been cut off) and no complete copy precedes it; it was loaded as "
+                             "it stands");
     }
     return QString();
 }

@@ -47,6 +47,10 @@ public:
         HeaderInLeadingLines,
         // A NUL byte: the text ends there, and what follows it is not read.
         NulByte,
+        // A DICOM file's metadata copy that does not end as a save ends it: it was cut off
+        // (a crash in the middle of an append). The complete copy before it is loaded, or,
+        // when there is none, the cut copy as it stands; the next save appends a whole copy.
+        CutCopy,
     };
 
     CPLLoadWarning() = default;

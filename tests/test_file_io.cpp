@@ -1,0 +1,485 @@
+// Reading and saving files: what is refused, what a save keeps of the file it replaces (its
+// links, owner, group and mode), locks, and that no failure harms the old file.
+
+#include "PLClickInfo.h"
+#include "PLSection.h"
+#include "PLSpectralWrapper.h"
+#include "PLStatus.h"
+#include "TestUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QMutex>
+#include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <functional>
+#include <future>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+constexpr uid_t NOBODY = 65534;
+
+QByteArray native(const QString& path)
+{
+    return QFile::encodeName(path);
+}
+
+using FileStatus = struct stat;
+
+FileStatus statOf(const QString& path)
+{
+    FileStatus status {};
+    EXPECT_EQ(::lstat(native(path).constData(), &status), 0) << path.toStdString();
+    return status;
+}
+
+// Every name in a folder, sorted.
+QStringList namesIn(const QString& folder)
+{
+    return QDir(folder).entryList(
+        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System | QDir::Hidden, QDir::Name);
+}
+
+// Starts `work` in a child process, dropping root's rights first when `unprivileged` (so
+// that permissions apply). The child ends itself after 10 s, so that a call that would block
+// fails the test instead of hanging it.
+pid_t startChild(const std::function<int()>& work, bool unprivileged)
+{
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::alarm(10);
+        if (unprivileged && ::geteuid() == 0 && (::setgid(NOBODY) != 0 || ::setuid(NOBODY) != 0))
+            ::_exit(254);
+        ::_exit(work());
+    }
+    return pid;
+}
+
+// What the child returned, or 128 + the signal that ended it.
+int waitChild(pid_t pid)
+{
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+int inChild(const std::function<int()>& work)
+{
+    return waitChild(startChild(work, false));
+}
+
+// Sets OVPARSER_FAIL_SYSCALL for the scope.
+struct FailingCall
+{
+    explicit FailingCall(const char* operation) { qputenv("OVPARSER_FAIL_SYSCALL", operation); }
+    ~FailingCall() { qunsetenv("OVPARSER_FAIL_SYSCALL"); }
+};
+
+// Holds a file's lock the way another editor does: flock(2) on an open file.
+struct HeldLock
+{
+    explicit HeldLock(const QString& path)
+        : fd(::open(native(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644))
+    {
+        EXPECT_EQ(::flock(fd, LOCK_EX), 0);
+    }
+    ~HeldLock() { ::close(fd); }
+    int fd;
+};
+
+// The library's messages about saving, from every thread, collected while `work` runs.
+QString saveMessagesOf(const std::function<void()>& work)
+{
+    static QMutex mutex;
+    static QStringList messages;
+    const auto collect = [](QtMsgType, const QMessageLogContext& context, const QString& text) {
+        const QMutexLocker locker(&mutex);
+        if (qstrcmp(context.category, "ovparser.save") == 0)
+            messages.append(text);
+    };
+    const QtMessageHandler previous = qInstallMessageHandler(collect);
+    work();
+    qInstallMessageHandler(previous);
+    return messages.join(QLatin1Char('\n'));
+}
+
+// A folder where no file can be created, holding one file anyone may write; made writable
+// again when it goes, so that it can be removed.
+struct ReadOnlyFolder
+{
+    explicit ReadOnlyFolder(const QTemporaryDir& root)
+        : folder(root.filePath(L1("read-only")))
+        , file(folder + QLatin1String("/ClickInfo.txt"))
+    {
+        QDir().mkdir(folder);
+        writeBytes(file, "old");
+        // Open to the user the saves may run as.
+        EXPECT_EQ(::chmod(native(root.path()).constData(), 0755), 0);
+        EXPECT_EQ(::chmod(native(file).constData(), 0666), 0);
+        EXPECT_EQ(::chmod(native(folder).constData(), 0555), 0);
+    }
+    ~ReadOnlyFolder() { ::chmod(native(folder).constData(), 0755); }
+    QString folder;
+    QString file;
+};
+
+// The files a save meets: a file replaced through a rename or written in place (a second
+// hard link), a DICOM file appended to either way, and a file that does not exist yet.
+enum class Layout { Replace, InPlace, Append, AppendInPlace, New };
+const Layout kLayouts[]
+    = { Layout::Replace, Layout::InPlace, Layout::Append, Layout::AppendInPlace, Layout::New };
+
+const char* layoutName(Layout layout)
+{
+    const char* const names[] = { "replace", "in place", "append", "append in place", "new" };
+    return names[int(layout)];
+}
+
+bool inPlace(Layout layout)
+{
+    return layout == Layout::InPlace || layout == Layout::AppendInPlace;
+}
+
+// A folder laid out for a save, and what it held before.
+struct Scene
+{
+    Scene(const QString& root, Layout layout)
+        : folder(root + QLatin1Char('/') + QLatin1String(layoutName(layout)))
+        , append(layout == Layout::Append || layout == Layout::AppendInPlace)
+        , target(folder + (append ? QLatin1String("/image.dcm") : QLatin1String("/ClickInfo.txt")))
+        , old(append ? QByteArray("DICM\0\0\x01\x02", 8) : QByteArray(1000, 'o'))
+    {
+        QDir().mkpath(folder);
+        if (layout != Layout::New)
+            writeBytes(target, old);
+        if (inPlace(layout)) {
+            EXPECT_EQ(::link(native(target).constData(),
+                             native(target + QLatin1String(".link")).constData()),
+                      0);
+        }
+        names = namesIn(folder);
+    }
+    // The file holds what it held, and the folder nothing more.
+    void expectUnchanged() const
+    {
+        EXPECT_EQ(QFileInfo::exists(target), !names.isEmpty());
+        EXPECT_EQ(readBytes(target), names.isEmpty() ? QByteArray() : old);
+        EXPECT_EQ(namesIn(folder), names);
+    }
+    // The file holds `text` (after the old bytes, for an append), and the folder nothing more.
+    void expectSaved(const QByteArray& text) const
+    {
+        EXPECT_EQ(readBytes(target), append ? old + text : text);
+        EXPECT_EQ(namesIn(folder),
+                  names.isEmpty() ? QStringList(QFileInfo(target).fileName()) : names);
+    }
+
+    QString folder;
+    bool append;
+    QString target;
+    QByteArray old;
+    QStringList names;
+};
+
+class FileIoTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        auto* section = new CPLSection(L1("User Input"), QString());
+        section->addKeyValue(L1("User"), L1("Ana Ruiz"));
+        m_doc.addSection(section);
+        m_text = m_doc.getClickInfoData().toLatin1();
+    }
+    QString path(const char* name) const { return m_dir.filePath(L1(name)); }
+    int save(const QString& file) const { return m_doc.saveClickInfo(file); }
+
+    QTemporaryDir m_dir;
+    CPLClickInfo m_doc;
+    QByteArray m_text;
+};
+
+} // namespace
+
+TEST_F(FileIoTest, ASaveKeepsTheOwnerGroupAndModeOfTheFileItReplaces)
+{
+    // Root gives the file to another user too (only root can); set-id bits are given up by
+    // a write when the writer may not keep them, so they show what the save restores.
+    const bool root = ::geteuid() == 0;
+    const FileStatus own = statOf(m_dir.path());
+    const uid_t owner = root ? 4321 : own.st_uid;
+    const gid_t group = root ? 4322 : own.st_gid;
+    for (const mode_t mode : { 0444, 0640, 0600, 04755, 02750, 06711 }) {
+        const QString file = path("ClickInfo.txt");
+        QFile::remove(file); // a user other than root cannot open the last one, 0444, again
+        writeBytes(file, "old");
+        ASSERT_EQ(::chown(native(file).constData(), owner, group), 0);
+        ASSERT_EQ(::chmod(native(file).constData(), mode), 0);
+        EXPECT_EQ(save(file), PL_SUCCESS) << std::oct << mode;
+        EXPECT_EQ(readBytes(file), m_text) << std::oct << mode;
+        const FileStatus status = statOf(file);
+        EXPECT_EQ(status.st_mode & 07777, mode) << std::oct << mode;
+        EXPECT_EQ(status.st_uid, owner) << std::oct << mode;
+        EXPECT_EQ(status.st_gid, group) << std::oct << mode;
+        EXPECT_EQ(namesIn(m_dir.path()), L1List({ "ClickInfo.txt" })) << std::oct << mode;
+    }
+}
+
+TEST_F(FileIoTest, AHardLinkStaysOneFileSharedByItsNames)
+{
+    for (const char* name : { "ClickInfo.txt", "image.dcm" }) {
+        const QString file = path(name);
+        const QString other = file + QLatin1String(".link");
+        writeBytes(file, "old");
+        ASSERT_EQ(::link(native(file).constData(), native(other).constData()), 0);
+        EXPECT_EQ(save(file), PL_SUCCESS) << name;
+        EXPECT_EQ(statOf(file).st_ino, statOf(other).st_ino) << name;
+        EXPECT_EQ(statOf(other).st_nlink, 2u) << name;
+        const QByteArray kept = QByteArray(name).endsWith(".dcm") ? "old" : "";
+        EXPECT_EQ(readBytes(other), kept + m_text) << name;
+        EXPECT_FALSE(QFileInfo::exists(file + QLatin1String(".lock"))) << name;
+    }
+}
+
+TEST_F(FileIoTest, ASymbolicLinkStaysALinkAndItsTargetIsSaved)
+{
+    QDir(m_dir.path()).mkdir(L1("data"));
+    writeBytes(path("data/ClickInfo.txt"), "old");
+    const struct
+    {
+        const char* link;
+        const char* pointsTo;
+        const char* target;
+    } links[] = {
+        { "link.txt", "data/ClickInfo.txt", "data/ClickInfo.txt" },
+        { "chain.txt", "link.txt", "data/ClickInfo.txt" }, // a link to a link
+        { "dangling.txt", "data/New.txt", "data/New.txt" }, // the target is created
+    };
+    for (const auto& link : links) {
+        ASSERT_EQ(::symlink(link.pointsTo, native(path(link.link)).constData()), 0);
+        EXPECT_EQ(save(path(link.link)), PL_SUCCESS) << link.link;
+        EXPECT_TRUE(QFileInfo(path(link.link)).isSymLink()) << link.link;
+        EXPECT_EQ(readBytes(path(link.target)), m_text) << link.link;
+        writeBytes(path(link.target), "old");
+    }
+    EXPECT_EQ(namesIn(path("data")), L1List({ "ClickInfo.txt", "New.txt" }));
+    EXPECT_EQ(namesIn(m_dir.path()), L1List({ "chain.txt", "dangling.txt", "data", "link.txt" }));
+}
+
+TEST_F(FileIoTest, OnlyRegularFilesAreReadOrWritten)
+{
+    ASSERT_EQ(::mkfifo(native(path("fifo.txt")).constData(), 0644), 0);
+    ASSERT_EQ(::symlink("fifo.txt", native(path("fifo-link.txt")).constData()), 0);
+    QDir(m_dir.path()).mkdir(L1("folder"));
+    enum Operation { Load, Lookup, Save };
+    const struct
+    {
+        Operation operation;
+        QString file;
+        int status;
+        const char* systemError;
+    } cases[] = {
+        { Load, path("fifo.txt"), PL_NOT_REGULAR_FILE, "" },
+        { Lookup, path("fifo.txt"), PL_NOT_REGULAR_FILE, "" },
+        { Save, path("fifo.txt"), PL_NOT_REGULAR_FILE, "" },
+        { Save, path("fifo-link.txt"), PL_NOT_REGULAR_FILE, "" },
+        { Load, L1("/dev/zero"), PL_NOT_REGULAR_FILE, "" },
+        { Save, L1("/dev/null"), PL_NOT_REGULAR_FILE, "" },
+        { Load, path("folder"), PL_FILE_OPEN_FAILED, "Is a directory" },
+        { Save, path("folder"), PL_FILE_OPEN_FAILED, "Is a directory" },
+        { Load, path("absent.txt"), PL_FILE_OPEN_FAILED, "No such file or directory" },
+        { Save, path("absent/ClickInfo.txt"), PL_FILE_OPEN_FAILED, "No such file or directory" },
+    };
+    for (const auto& c : cases) {
+        // In a child, so that a FIFO opened by mistake ends the child instead of hanging.
+        const int status = inChild([&] {
+            CPLClickInfo doc;
+            QString value;
+            const int result = c.operation == Load ? doc.loadClickInfo(c.file)
+                : c.operation == Lookup
+                ? CPLClickInfo::obtainValueFromClickInfoFile(c.file, L1("User"), &value)
+                : m_doc.saveClickInfo(c.file);
+            return getLastSystemError() == L1(c.systemError) ? result : 255;
+        });
+        EXPECT_EQ(status, c.status) << c.operation << ' ' << c.file.toStdString();
+    }
+    EXPECT_TRUE(S_ISFIFO(statOf(path("fifo.txt")).st_mode));
+    EXPECT_EQ(namesIn(m_dir.path()), L1List({ "fifo-link.txt", "fifo.txt", "folder" }));
+}
+
+TEST_F(FileIoTest, AFileLargerThanTheLimitIsRefusedBeforeItIsRead)
+{
+    for (const qint64 size : { PL_MAX_FILE_SIZE + 1, qint64(5) << 30 }) {
+        const QString file = path("large.txt");
+        writeBytes(file, "");
+        ASSERT_EQ(::truncate(native(file).constData(), size), 0); // sparse: no disk used
+        QElapsedTimer timer;
+        timer.start();
+        CPLClickInfo doc;
+        EXPECT_EQ(doc.loadClickInfo(file), PL_FILE_TOO_LARGE) << size;
+        EXPECT_LT(timer.elapsed(), 500) << "read instead of refused: " << size;
+        EXPECT_EQ(getLastSystemError(), QString()) << size;
+    }
+}
+
+TEST_F(FileIoTest, EachRefusedSystemCallLeavesTheOldFileAndNoOtherFile)
+{
+    for (const char* operation : { "write", "fsync", "close", "rename", "fsyncdir" }) {
+        QTemporaryDir root;
+        for (const Layout layout : kLayouts) {
+            const Scene scene(root.path(), layout);
+            // An in-place write neither renames nor syncs a folder.
+            const bool unused = inPlace(layout)
+                && (qstrcmp(operation, "rename") == 0 || qstrcmp(operation, "fsyncdir") == 0);
+            int status = 0;
+            {
+                const FailingCall failing(operation);
+                status = save(scene.target);
+            }
+            const std::string what = std::string(operation) + ", " + layoutName(layout);
+            if (unused) {
+                EXPECT_EQ(status, PL_SUCCESS) << what;
+                scene.expectSaved(m_text);
+                continue;
+            }
+            EXPECT_EQ(status, PL_SHORT_WRITE) << what;
+            EXPECT_EQ(getLastSystemError(), L1("Input/output error")) << what;
+            scene.expectUnchanged();
+        }
+    }
+}
+
+TEST_F(FileIoTest, AWriteBeyondTheFileSizeLimitLeavesTheOldFileAndNoOtherFile)
+{
+    CPLClickInfo large;
+    auto* section = new CPLSection(L1("Big"), QString());
+    section->addKeyValue(L1("Data"), QString(4000, QLatin1Char('x')));
+    large.addSection(section);
+    for (const Layout layout : kLayouts) {
+        const Scene scene(m_dir.path(), layout);
+        {
+            const FileSizeLimit limit(1536);
+            EXPECT_EQ(large.saveClickInfo(scene.target), PL_SHORT_WRITE) << layoutName(layout);
+        }
+        EXPECT_EQ(getLastSystemError(), L1("File too large")) << layoutName(layout);
+        scene.expectUnchanged();
+    }
+}
+
+TEST_F(FileIoTest, AFileInAReadOnlyFolderIsWrittenInPlace)
+{
+    const ReadOnlyFolder readOnly(m_dir);
+    const ino_t inode = statOf(readOnly.file).st_ino;
+    // As another user when root, since root passes every check of permissions.
+    EXPECT_EQ(waitChild(startChild([&] { return save(readOnly.file); }, true)), PL_SUCCESS);
+    EXPECT_EQ(readBytes(readOnly.file), m_text);
+    EXPECT_EQ(statOf(readOnly.file).st_ino, inode);
+
+    // A new file cannot be created there: 11, and the system's reason.
+    const auto saveNew = [&] {
+        const int status = save(readOnly.folder + QLatin1String("/New.txt"));
+        return getLastSystemError() == L1("Permission denied") ? status : 255;
+    };
+    EXPECT_EQ(waitChild(startChild(saveNew, true)), PL_FILE_OPEN_FAILED);
+    EXPECT_EQ(namesIn(readOnly.folder), L1List({ "ClickInfo.txt" }));
+}
+
+TEST_F(FileIoTest, ALockHeldOrLeftBehindRefusesTheSaveAfterTheWait)
+{
+    // The three saves wait at once. A file in a read-only folder, locked itself by another
+    // editor, is saved in a child process (as another user when root), started before the
+    // threads of the others.
+    const ReadOnlyFolder readOnly(m_dir);
+    const HeldLock onTheFile(readOnly.file);
+    const pid_t lockedItself = startChild([&] { return save(readOnly.file); }, true);
+
+    writeBytes(path("held.txt"), "old");
+    writeBytes(path("stale.txt"), "old");
+    writeBytes(path("stale.txt.lock"), ""); // no process holds it
+    const HeldLock held(path("held.txt.lock"));
+    QElapsedTimer timer;
+    timer.start();
+    const QString text = saveMessagesOf([&] {
+        auto heldSave = std::async(std::launch::async, [&] { return save(path("held.txt")); });
+        auto staleSave = std::async(std::launch::async, [&] { return save(path("stale.txt")); });
+        EXPECT_EQ(heldSave.get(), PL_FILE_LOCKED);
+        EXPECT_EQ(staleSave.get(), PL_FILE_LOCKED);
+    });
+    EXPECT_EQ(waitChild(lockedItself), PL_FILE_LOCKED);
+    EXPECT_GE(timer.elapsed(), PL_LOCK_WAIT_MS - 100);
+    EXPECT_TRUE(text.contains(path("held.txt.lock") + L1(": the file is locked by another editor")))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains(
+        L1("a lock left by an editor that ended; if no editor is running, remove it: rm '")
+        + path("stale.txt.lock") + L1("'")))
+        << text.toStdString();
+    for (const char* name : { "held.txt", "stale.txt" })
+        EXPECT_EQ(readBytes(path(name)), "old") << name;
+    EXPECT_EQ(readBytes(readOnly.file), "old");
+    EXPECT_EQ(namesIn(m_dir.path()),
+              L1List({ "held.txt", "held.txt.lock", "read-only", "stale.txt", "stale.txt.lock" }));
+}
+
+TEST_F(FileIoTest, ASaveWaitsForALockThatIsReleasedMeanwhile)
+{
+    const QString file = path("ClickInfo.txt");
+    writeBytes(file, "old");
+    auto held = std::make_unique<HeldLock>(file + QLatin1String(".lock"));
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        ::unlink(native(file + QLatin1String(".lock")).constData());
+        held.reset();
+    });
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(save(file), PL_SUCCESS);
+    EXPECT_GE(timer.elapsed(), 250);
+    release.join();
+    EXPECT_EQ(readBytes(file), m_text);
+    EXPECT_EQ(namesIn(m_dir.path()), L1List({ "ClickInfo.txt" }));
+}
+
+TEST_F(FileIoTest, TheSpectralAnalysisReplacesItsFileWholeOrNotAtAll)
+{
+    const QString file = path("SpectralAnalysis.xml");
+    const struct
+    {
+        const char* failing; // OVPARSER_FAIL_SYSCALL
+        bool closed; // setCloseSpectralAnalysis() called, else the document dropped
+        int status;
+    } cases[] = {
+        { "", true, PL_SUCCESS },          { "write", true, PL_SHORT_WRITE },
+        { "fsync", true, PL_SHORT_WRITE }, { "rename", true, PL_SHORT_WRITE },
+        { "", false, PL_SUCCESS },
+    };
+    for (const auto& c : cases) {
+        writeBytes(file, "old");
+        int status = PL_SUCCESS;
+        {
+            const FailingCall failing(c.failing);
+            CPLSpectralWrapper writer;
+            ASSERT_EQ(writer.createSpectralXMLFile(file), PL_SUCCESS);
+            writer.setSpectralAttributes(L1("SEQ1"), 1, L1("C1"), L1("Mouse Tissue"), L1("Firefly"),
+                                         1.4f);
+            if (c.closed)
+                status = writer.setCloseSpectralAnalysis();
+        }
+        const std::string what = std::string(c.failing) + (c.closed ? " closed" : " dropped");
+        EXPECT_EQ(status, c.status) << what;
+        const QByteArray content = readBytes(file);
+        EXPECT_EQ(content.startsWith("<?xml"), c.closed && c.status == PL_SUCCESS) << what;
+        EXPECT_EQ(content == "old", !c.closed || c.status != PL_SUCCESS) << what;
+        EXPECT_EQ(namesIn(m_dir.path()), L1List({ "SpectralAnalysis.xml" })) << what;
+    }
+    ASSERT_EQ(::mkfifo(native(path("fifo.xml")).constData(), 0644), 0);
+    EXPECT_EQ(inChild([&] { return CPLSpectralWrapper().createSpectralXMLFile(path("fifo.xml")); }),
+              PL_NOT_REGULAR_FILE);
+}
