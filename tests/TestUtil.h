@@ -11,9 +11,12 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <algorithm>
+#include <initializer_list>
 #include <ostream>
+
+#include <dirent.h>
+#include <sys/stat.h>
 
 // Readable failure messages: print the text, not the raw QChar array.
 inline void PrintTo(const QString& s, std::ostream* os)
@@ -82,6 +85,33 @@ protected:
 
 private:
     qint64 m_capacity;
+};
+
+// Takes every permission away from a folder while it lives (chmod 000), and gives the owner's
+// back after, so that a temporary folder can still be removed.
+class LockedFolder
+{
+public:
+    explicit LockedFolder(const QString& path)
+        : m_path(QFile::encodeName(path))
+    {
+        chmod(m_path.constData(), 0);
+    }
+    ~LockedFolder() { chmod(m_path.constData(), 0700); }
+    LockedFolder(const LockedFolder&) = delete;
+    LockedFolder& operator=(const LockedFolder&) = delete;
+
+    // Whether the folder cannot be listed now; a user who may read everything (root) still can.
+    bool keepsOut() const
+    {
+        DIR* dir = opendir(m_path.constData());
+        if (dir)
+            closedir(dir);
+        return !dir;
+    }
+
+private:
+    QByteArray m_path;
 };
 
 #endif // TESTUTIL_H
