@@ -17,6 +17,9 @@
 #include <ostream>
 #include <sys/resource.h>
 
+#include <dirent.h>
+#include <sys/stat.h>
+
 // Readable failure messages: print the text, not the raw QChar array.
 inline void PrintTo(const QString& s, std::ostream* os)
 {
@@ -98,6 +101,33 @@ struct FileSizeLimit
     }
     ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
     rlimit m_old {};
+};
+
+// Takes every permission away from a folder while it lives (chmod 000), and gives the owner's
+// back after, so that a temporary folder can still be removed.
+class LockedFolder
+{
+public:
+    explicit LockedFolder(const QString& path)
+        : m_path(QFile::encodeName(path))
+    {
+        chmod(m_path.constData(), 0);
+    }
+    ~LockedFolder() { chmod(m_path.constData(), 0700); }
+    LockedFolder(const LockedFolder&) = delete;
+    LockedFolder& operator=(const LockedFolder&) = delete;
+
+    // Whether the folder cannot be listed now; a user who may read everything (root) still can.
+    bool keepsOut() const
+    {
+        DIR* dir = opendir(m_path.constData());
+        if (dir)
+            closedir(dir);
+        return !dir;
+    }
+
+private:
+    QByteArray m_path;
 };
 
 #endif // TESTUTIL_H

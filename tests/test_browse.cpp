@@ -1,15 +1,22 @@
-// Browsing a folder of acquisitions: the row each file makes or the reason it is skipped, in
-// path order; rows sort by number or text; CSV quoting; and the bundled samples are exactly
-// what the sample generator writes with the image section builder.
+// Browsing a folder of acquisitions: the files found (ClickInfo.txt and DICOM files, in any
+// case), the row each file makes or the reason it is skipped, in path order; unreadable
+// folders left out; rows sort by number or text; CSV quoting; and the bundled samples are
+// exactly what the sample generator writes with the image section builder.
 
 #include "Browse.h"
 #include "SampleAcquisitions.h"
 #include "TestUtil.h"
 
+#include "PLClickInfo.h"
+#include "PLStatus.h"
+
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <algorithm>
 
 #include <cstdlib>
 #include <ctime>
@@ -87,12 +94,108 @@ TEST(BrowseTest, RowsAndSkippedAcquisitions)
             EXPECT_EQ(r.file + L1(": ") + r.values.join(L1("|")), file + L1(": ") + L1(f.row));
         } else {
             const OvBrowse::Skipped s = result.skipped.value(skipped++);
-            EXPECT_EQ(s.file, file);
+            EXPECT_EQ(s.path, file);
             EXPECT_TRUE(s.reason.startsWith(L1(f.reason))) << s.reason.toStdString();
         }
     }
     EXPECT_EQ(row, result.rows.size());
     EXPECT_EQ(skipped, result.skipped.size());
+}
+
+// Writes `bytes` at `name` below `root`, making its folders.
+void writeFile(const QString& root, const QString& name, const QByteArray& bytes)
+{
+    ASSERT_TRUE(QDir(root).mkpath(QFileInfo(name).path())) << name.toStdString();
+    writeBytes(root + L1("/") + name, bytes);
+}
+
+TEST(BrowseTest, FindsClickInfoAndDicomFilesInAnyCase)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QStringList wanted
+        = L1List({ "a/ClickInfo.txt", "b/clickinfo.TXT", "c/CLICKINFO.TXT", "d/scan.dcm",
+                   "d/SCAN2.DCM", "e.dcm/x.Dcm", ".hidden/ClickInfo.txt" });
+    for (const QString& name : wanted)
+        writeFile(dir.path(), name, "x");
+    for (const char* name : { "a/ClickInfo.txt.bak", "a/MyClickInfo.txt", "a/ClickInfo.tx",
+                              "d/scan.dcm.bak", "d/scandcm", "e.dcm/ClickInfo" })
+        writeFile(dir.path(), L1(name), "x");
+    // A link to a file counts as the file; a link to a folder is not followed, and a link that
+    // leads nowhere is no file.
+    ASSERT_TRUE(QDir(dir.path()).mkpath(L1("links")));
+    ASSERT_TRUE(QFile::link(L1("../a/ClickInfo.txt"), dir.filePath(L1("links/ClickInfo.txt"))));
+    ASSERT_TRUE(QFile::link(L1("../a"), dir.filePath(L1("links/folder"))));
+    ASSERT_TRUE(QFile::link(L1("missing.dcm"), dir.filePath(L1("links/gone.dcm"))));
+
+    QStringList expected;
+    for (const QString& name : wanted + L1List({ "links/ClickInfo.txt" }))
+        expected.append(dir.filePath(name));
+    std::sort(expected.begin(), expected.end());
+    int reported = 0;
+    const OvBrowse::Found found
+        = OvBrowse::findAcquisitions(dir.path(), [&](int count) { reported = count; });
+    EXPECT_EQ(found.files, expected);
+    EXPECT_EQ(reported, expected.size());
+    EXPECT_TRUE(found.unreadableFolders.isEmpty());
+    // A folder given with a slash at its end: no doubled slash in the paths.
+    EXPECT_EQ(OvBrowse::findAcquisitions(dir.path() + L1("/")).files, expected);
+}
+
+// needs loadClickInfo(.dcm): browse reads a DICOM file with CPLClickInfo::loadClickInfo(),
+// which is to read the metadata appended after the image data by itself. Until the library
+// does, this test is skipped.
+TEST(BrowseTest, ReadsDicomFilesAsTheirClickInfo)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const OvSamples::Acquisition acquisition = OvSamples::bundledAcquisitions().first();
+    const QByteArray image("\0\0\0\0DICM\x02\0\x10\0pixels\xff\x7f\0", 19);
+    writeFile(dir.path(), L1("a/ClickInfo.txt"), acquisition.clickInfo);
+    const QStringList dicomFiles = L1List({ "b/image.dcm", "c/IMAGE.DCM" });
+    for (const QString& name : dicomFiles) {
+        writeFile(dir.path(), name, image + acquisition.clickInfo);
+        CPLClickInfo document;
+        QString clickNumber;
+        if (document.loadClickInfo(dir.filePath(name)) != PL_SUCCESS
+            || document.getClickNumber(&clickNumber) != PL_SUCCESS
+            || clickNumber != acquisition.folder)
+            GTEST_SKIP() << "loadClickInfo() does not read the metadata of " << name.toStdString()
+                         << " yet";
+    }
+    const OvBrowse::Result result = OvBrowse::browse(dir.path());
+    EXPECT_TRUE(result.skipped.isEmpty());
+    ASSERT_EQ(result.rows.size(), 3);
+    const OvBrowse::Row& text = result.rows.first();
+    EXPECT_EQ(text.clickNumber, acquisition.folder);
+    for (int i = 0; i < dicomFiles.size(); ++i) {
+        const OvBrowse::Row& dicom = result.rows.at(i + 1);
+        EXPECT_EQ(dicom.file, dir.filePath(dicomFiles.at(i)));
+        EXPECT_EQ(dicom.clickNumber, text.clickNumber);
+        EXPECT_EQ(dicom.values, text.values);
+    }
+}
+
+TEST(BrowseTest, UnreadableFolderIsLeftOutAndTheWalkGoesOn)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    ASSERT_TRUE(OvSamples::writeAcquisitions(dir.path(), OvSamples::bundledAcquisitions()));
+    const auto hidden = OvSamples::generatedAcquisition(0);
+    writeFile(dir.path(), L1("sub/locked/") + hidden.folder + L1("/ClickInfo.txt"),
+              hidden.clickInfo);
+    const LockedFolder locked(dir.filePath(L1("sub/locked")));
+    if (!locked.keepsOut())
+        GTEST_SKIP() << "this user reads a folder without permissions (root)";
+
+    const OvBrowse::Result result = OvBrowse::browse(dir.path() + L1("/"));
+    ASSERT_EQ(result.skipped.size(), 1);
+    EXPECT_EQ(result.skipped.first().path, dir.filePath(L1("sub/locked")));
+    EXPECT_EQ(result.skipped.first().reason, L1("cannot read the folder: Permission denied"));
+    // The acquisitions before and after it in path order are still read.
+    ASSERT_EQ(result.rows.size(), 2);
+    for (const OvBrowse::Row& row : result.rows)
+        EXPECT_EQ(row.file, dir.filePath(row.clickNumber + L1("/ClickInfo.txt")));
 }
 
 TEST(BrowseTest, DateAndTimeOfTheSecondsSince1904)

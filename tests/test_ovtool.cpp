@@ -319,6 +319,21 @@ TEST_F(ovtoolTest, BrowseReportsAMalformedAcquisitionAndLeavesItOut)
     EXPECT_EQ(result.out, golden("browse-table.txt"));
 }
 
+TEST_F(ovtoolTest, BrowseReportsAnUnreadableFolderAndLeavesItOut)
+{
+    ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1("tree/locked/AB20261106000000_001")));
+    copy(SAMPLES + L1("KL20261104142207_001/ClickInfo.txt"),
+         L1("tree/locked/AB20261106000000_001/ClickInfo.txt"));
+    const LockedFolder locked(path("tree/locked"));
+    if (!locked.keepsOut())
+        GTEST_SKIP() << "this user reads a folder without permissions (root)";
+    const Result result = ovtool(args("browse|tree"));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.err,
+              "ovtool: tree/locked: cannot read the folder: Permission denied; left out\n");
+    EXPECT_EQ(result.out, golden("browse-table.txt"));
+}
+
 TEST_F(ovtoolTest, VerboseAlsoPrintsTheLibraryDiagnostics)
 {
     const Result result = ovtool(args("--verbose|show|bad.txt"));

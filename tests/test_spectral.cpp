@@ -11,6 +11,7 @@
 #include <QBuffer>
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -19,7 +20,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <sys/resource.h>
+#include <utility>
 
 namespace {
 
@@ -300,6 +303,79 @@ TEST(XMLReader, TellsAndLogsWhereTheTextIsMalformed)
     EXPECT_EQ(child, root.firstChildElement());
     EXPECT_EQ(CPLXMLReader::getChildElement(root, L1("d"), &child), PL_KEY_NOT_FOUND);
     EXPECT_EQ(CPLXMLReader::getChildElement(root, L1("c"), nullptr), PL_NULL_ARGUMENT);
+}
+
+// `depth` elements, each inside the one before, with `separator` after every tag.
+QByteArray nested(int depth, const QByteArray& separator = QByteArray())
+{
+    return QByteArray("<e>" + separator).repeated(depth)
+        + QByteArray("</e>" + separator).repeated(depth);
+}
+
+// The category and text of every message logged while it lives.
+class LoggedMessages
+{
+public:
+    LoggedMessages() { m_previous = qInstallMessageHandler(keep); }
+    ~LoggedMessages() { qInstallMessageHandler(m_previous); }
+    QStringList take() { return std::exchange(s_messages, {}); }
+
+private:
+    static void keep(QtMsgType, const QMessageLogContext& context, const QString& message)
+    {
+        s_messages.append(QString::fromLatin1(context.category) + L1(": ") + message);
+    }
+    static inline QStringList s_messages;
+    QtMessageHandler m_previous;
+};
+
+TEST(XMLReader, RefusesNestingDeeperThanTheLimit)
+{
+    static_assert(CPLXMLReader::MAX_ELEMENT_DEPTH == 256);
+    CPLXMLReader reader;
+    LoggedMessages log;
+    ASSERT_EQ(reader.loadXMLData(nested(256, "\n")), PL_SUCCESS);
+    EXPECT_TRUE(log.take().isEmpty());
+    QDomElement deepest = reader.getRootElement();
+    for (int level = 1; level < 256; ++level)
+        deepest = deepest.firstChildElement();
+    EXPECT_EQ(deepest.tagName(), L1("e"));
+    EXPECT_TRUE(deepest.firstChildElement().isNull());
+
+    // One level more: refused where the 257th start tag ends, line 257, column 3.
+    EXPECT_EQ(reader.loadXMLData(nested(257, "\n")), PL_MALFORMED_XML);
+    EXPECT_EQ(reader.getErrorLine(), 257);
+    EXPECT_EQ(reader.getErrorColumn(), 3);
+    EXPECT_EQ(reader.getErrorMessage(), L1("elements nested deeper than 256 levels"));
+    EXPECT_TRUE(reader.getRootElement().isNull());
+    EXPECT_EQ(log.take(),
+              L1List({ "ovparser.xml: XML text:257:3: malformed XML: elements nested deeper "
+                       "than 256 levels" }));
+    // Text malformed before that depth is reached keeps the parser's own report.
+    EXPECT_EQ(reader.loadXMLData("<a></b>" + nested(300)), PL_MALFORMED_XML);
+    EXPECT_EQ(reader.getErrorLine(), 1);
+    EXPECT_NE(reader.getErrorMessage(), L1("elements nested deeper than 256 levels"));
+    EXPECT_EQ(log.take().size(), 1);
+}
+
+// The check stops at the first element too deep: these are refused in milliseconds, where the
+// DOM parse alone, whose time grows with the square of the depth, would need minutes.
+TEST(XMLReader, RefusesVeryDeepNestingFast)
+{
+    CPLXMLReader reader;
+    LoggedMessages log;
+    for (const int depth : { 200000, 400000 }) {
+        const QByteArray text = nested(depth);
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(reader.loadXMLData(text), PL_MALFORMED_XML);
+        const qint64 elapsed = clock.elapsed();
+        EXPECT_LT(elapsed, 2000) << depth << " levels";
+        EXPECT_EQ(reader.getErrorColumn(), 3 * 257) << depth << " levels";
+        std::printf("%d levels (%lld bytes) refused in %lld ms\n", depth,
+                    static_cast<long long>(text.size()), static_cast<long long>(elapsed));
+    }
+    EXPECT_EQ(log.take().size(), 2);
 }
 
 // Every kind of document the writer produces, checked by parsers that are not ours:

@@ -8,14 +8,19 @@
 #include "PLStatus.h"
 #include "PLUtilities.h"
 
-#include <QDirIterator>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <ctime>
 #include <iterator>
+
+#include <dirent.h>
+#include <sys/stat.h>
 
 namespace OvBrowse {
 
@@ -24,6 +29,8 @@ namespace {
 const auto& PAIRS = PLConstants::strBrowseImage_NameKeyPairs;
 constexpr int COLUMNS = int(std::size(PAIRS)) / 2;
 const QString CLICK_NUMBER_TITLE = QStringLiteral("Click Number");
+// The end of a DICOM file's name, in any case.
+const QLatin1String DICOM_SUFFIX(".dcm");
 // The image sections a row is read from, in order of preference.
 const QString& LUMINESCENT = OVSGlobalConstants::g_strImageSections[IMAGETYPE_LUMINESCENT];
 const QString& PHOTOGRAPHIC = OVSGlobalConstants::g_strImageSections[IMAGETYPE_PHOTOGRAPH];
@@ -108,6 +115,122 @@ QStringList cells(const Row& row)
     return QStringList { row.clickNumber } + row.values;
 }
 
+// A folder's entries, read with the system's directory calls, which (unlike QDirIterator) say
+// why a folder cannot be read. Closed when it goes out of scope.
+class FolderEntries
+{
+public:
+    explicit FolderEntries(const QByteArray& path)
+        : m_dir(opendir(path.constData()))
+        , m_error(m_dir ? 0 : errno)
+    {
+    }
+    ~FolderEntries()
+    {
+        if (m_dir)
+            closedir(m_dir);
+    }
+    FolderEntries(const FolderEntries&) = delete;
+    FolderEntries& operator=(const FolderEntries&) = delete;
+
+    // The next entry other than "." and "..", or null at the end or when the folder cannot be
+    // read (then error() tells why).
+    const dirent* next()
+    {
+        while (m_dir && m_error == 0) {
+            errno = 0;
+            const dirent* entry = readdir(m_dir);
+            if (!entry) {
+                m_error = errno;
+                return nullptr;
+            }
+            if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
+                return entry;
+        }
+        return nullptr;
+    }
+    // The system's error number of the failure to open or read the folder; 0 when none.
+    int error() const { return m_error; }
+
+private:
+    DIR* m_dir;
+    int m_error;
+};
+
+enum class EntryKind { Folder, File, Other };
+
+// The type of an entry as a listing gives it (DT_DIR, DT_REG, DT_LNK...), asking lstat()
+// where the file system leaves it unknown in the listing.
+unsigned char listedType(const QByteArray& path, unsigned char type)
+{
+    struct stat info = {};
+    if (type != DT_UNKNOWN || lstat(path.constData(), &info) != 0)
+        return type;
+    return IFTODT(info.st_mode);
+}
+
+bool leadsToRegularFile(const QByteArray& path)
+{
+    struct stat info = {};
+    return stat(path.constData(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+// What an entry of a listing is. A symbolic link counts as a file when it leads to a regular
+// file, and is never followed to a folder.
+EntryKind entryKind(const QByteArray& path, unsigned char type)
+{
+    switch (listedType(path, type)) {
+    case DT_DIR:
+        return EntryKind::Folder;
+    case DT_REG:
+        return EntryKind::File;
+    case DT_LNK:
+        return leadsToRegularFile(path) ? EntryKind::File : EntryKind::Other;
+    default:
+        return EntryKind::Other;
+    }
+}
+
+// The path of an entry of `folder`: one slash between them, also when `folder` ends in one.
+QByteArray childPath(const QByteArray& folder, const char* name)
+{
+    QByteArray path = folder;
+    if (!path.endsWith('/'))
+        path += '/';
+    return path += name;
+}
+
+QString unreadableReason(int error)
+{
+    return QLatin1String("cannot read the folder: ") + QString::fromLocal8Bit(std::strerror(error));
+}
+
+// Lists one folder: its acquisition files go to `found`, its subfolders to `pending`; a
+// folder that cannot be read, or be read to its end, to found's unreadable folders.
+void walkFolder(const QByteArray& folder, QVector<QByteArray>* pending, Found* found,
+                const std::function<void(int count)>& onFound)
+{
+    FolderEntries entries(folder);
+    while (const dirent* entry = entries.next()) {
+        const bool wanted = isAcquisitionFileName(QLatin1String(entry->d_name));
+        // Only a folder, or a file with a wanted name, is looked at further.
+        if (!wanted && entry->d_type != DT_DIR && entry->d_type != DT_UNKNOWN)
+            continue;
+        const QByteArray path = childPath(folder, entry->d_name);
+        const EntryKind kind = entryKind(path, entry->d_type);
+        if (kind == EntryKind::Folder) {
+            pending->append(path);
+        } else if (kind == EntryKind::File && wanted) {
+            found->files.append(QFile::decodeName(path));
+            if (onFound)
+                onFound(found->files.size());
+        }
+    }
+    if (entries.error() != 0)
+        found->unreadableFolders.append(
+            { QFile::decodeName(folder), unreadableReason(entries.error()) });
+}
+
 } // namespace
 
 QStringList columnTitles()
@@ -151,37 +274,45 @@ bool readRow(const QString& file, Row* row, QString* reason)
     return readDocument(file, row, reason);
 }
 
-QStringList findAcquisitions(const QString& folder, const std::function<void(int found)>& found)
+bool isAcquisitionFileName(QLatin1String name)
 {
-    QStringList files;
-    QDirIterator it(folder, QStringList { PLConstants::CLICKINFO_FILENAME },
-                    QDir::Files | QDir::Hidden | QDir::CaseSensitive, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        files.append(it.next());
-        if (found)
-            found(files.size());
+    return name.compare(PLConstants::CLICKINFO_FILENAME, Qt::CaseInsensitive) == 0
+        || name.endsWith(DICOM_SUFFIX, Qt::CaseInsensitive);
+}
+
+Found findAcquisitions(const QString& folder, const std::function<void(int found)>& found)
+{
+    Found result;
+    QVector<QByteArray> pending { QFile::encodeName(folder) };
+    while (!pending.isEmpty()) {
+        const QByteArray path = pending.takeLast();
+        walkFolder(path, &pending, &result, found);
     }
-    std::sort(files.begin(), files.end());
-    return files;
+    std::sort(result.files.begin(), result.files.end());
+    std::sort(result.unreadableFolders.begin(), result.unreadableFolders.end(),
+              [](const Skipped& a, const Skipped& b) { return a.path < b.path; });
+    return result;
 }
 
 Result browse(const QString& folder, const std::function<void(int done, int total)>& progress)
 {
-    const QStringList files = findAcquisitions(folder, [&](int found) {
+    const Found found = findAcquisitions(folder, [&](int count) {
         if (progress)
-            progress(-1, found);
+            progress(-1, count);
     });
     Result result;
-    result.rows.reserve(files.size());
+    result.rows.reserve(found.files.size());
+    result.skipped = found.unreadableFolders;
     Row row;
     QString reason;
-    for (const QString& file : files) {
+    int done = 0;
+    for (const QString& file : found.files) {
         if (readRow(file, &row, &reason))
             result.rows.append(row);
         else
             result.skipped.append({ file, reason });
         if (progress)
-            progress(result.rows.size() + result.skipped.size(), files.size());
+            progress(++done, found.files.size());
     }
     return result;
 }

@@ -1,11 +1,13 @@
 #ifndef OVTOOL_BROWSE_H
 #define OVTOOL_BROWSE_H
 
-// Browsing a folder tree of acquisitions: every "ClickInfo.txt" below a folder becomes one
-// row of the browse columns (PLConstants::strBrowseImage_NameKeyPairs), read from the
-// acquisition's image section: the luminescent image when there is one, else the
-// photographic image. Used by "ovtool browse" and by the benchmarks.
+// Browsing a folder tree of acquisitions: every metadata file below a folder, a
+// "ClickInfo.txt" or a DICOM file with the metadata appended to its image, becomes one row of
+// the browse columns (PLConstants::strBrowseImage_NameKeyPairs), read from the acquisition's
+// image section: the luminescent image when there is one, else the photographic image. Used
+// by "ovtool browse" and by the benchmarks.
 
+#include <QLatin1String>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -22,10 +24,10 @@ struct Row
     QStringList values; // in the order of columnTitles() after "Click Number"
 };
 
-// An acquisition that could not be read, and why.
+// An acquisition or a folder that could not be read, and why.
 struct Skipped
 {
-    QString file;
+    QString path; // as found below the folder given
     QString reason;
 };
 
@@ -38,20 +40,33 @@ int columnIndex(const QString& title);
 // HH:mm:ss"; a value that is not a whole number is returned as it is.
 QString dateTimeText(const QString& secondsSince1904);
 
-// Reads one acquisition. False, with the reason, when the file cannot be read, has a
+// Reads one acquisition with the library's CPLClickInfo::loadClickInfo(), a DICOM file as
+// well as a ClickInfo.txt. False, with the reason, when the file cannot be read, has a
 // malformed section header, has no click number, or has neither a luminescent nor a
 // photographic image section.
 bool readRow(const QString& file, Row* row, QString* reason);
 
-// Every file named "ClickInfo.txt" in `folder` and below, sorted by path. Symbolic links to
-// folders are not followed. `found`, when given, is called with the number found so far
-// after each file found.
-QStringList findAcquisitions(const QString& folder,
-                             const std::function<void(int found)>& found = {});
+// Whether a file of this name holds an acquisition's metadata: "ClickInfo.txt", or a DICOM
+// file, whose name ends in ".dcm"; letters in any case.
+bool isAcquisitionFileName(QLatin1String name);
+
+// What a walk below a folder found, each list sorted by path.
+struct Found
+{
+    QStringList files; // see isAcquisitionFileName()
+    // Folders that could not be listed, with the system's reason: "cannot read the folder:
+    // Permission denied". What they hold is left out; the walk goes on elsewhere.
+    QVector<Skipped> unreadableFolders;
+};
+// Every acquisition file in `folder` and below. Symbolic links to folders are not followed;
+// a symbolic link to a regular file counts as that file. `found`, when given, is called with
+// the number found so far after each file found.
+Found findAcquisitions(const QString& folder, const std::function<void(int found)>& found = {});
 
 struct Result
 {
     QVector<Row> rows;
+    // The unreadable folders first, then the acquisitions that could not be read.
     QVector<Skipped> skipped;
 };
 // Finds and reads every acquisition below `folder`, in path order. `progress`, when given,

@@ -12,15 +12,18 @@
 namespace {
 
 const QString NOTES = QStringLiteral(
-    "Every file named ClickInfo.txt in FOLDER and its subfolders is one acquisition, listed\n"
-    "in path order: its click number, then the browse columns, read from its \"luminescent\n"
-    "image\" section, or from its \"photographic image\" section when it has no luminescent\n"
-    "image. A column whose key the section lacks is empty. \"Date and Time\" is the\n"
-    "\"Acquisition Seconds\" value shown as a local date and time (yyyy-MM-dd HH:mm:ss).\n"
+    "Every file named ClickInfo.txt in FOLDER and its subfolders is one acquisition, and so\n"
+    "is every DICOM file (a name ending in \".dcm\") with the metadata appended to its\n"
+    "image; names match in any case. They are listed in path order: the click number, then\n"
+    "the browse columns, read from the \"luminescent image\" section, or from the\n"
+    "\"photographic image\" section when there is no luminescent image. A column whose key\n"
+    "the section lacks is empty. \"Date and Time\" is the \"Acquisition Seconds\" value\n"
+    "shown as a local date and time (yyyy-MM-dd HH:mm:ss).\n"
     "\n"
     "An acquisition that cannot be read (the file cannot be opened, a section header is\n"
-    "malformed, there is no click number, or neither image section) is reported as one\n"
-    "line on stderr and left out; the others are still listed, and the exit status is 1.\n"
+    "malformed, there is no click number, or neither image section), and a folder that\n"
+    "cannot be read, are each reported as one line on stderr and left out; the others are\n"
+    "still listed, and the exit status is 1.\n"
     "While a long walk runs, its progress is shown on stderr when that is a terminal.\n"
     "\n"
     "Columns, for --sort (in any case):\n%1"
@@ -117,7 +120,7 @@ int runBrowse(const QStringList& arguments)
             = OvBrowse::browse(folder, [&](int done, int total) { progress.update(done, total); });
     }
     for (const OvBrowse::Skipped& skipped : qAsConst(result.skipped))
-        fail(skipped.file, skipped.reason + QLatin1String("; left out"));
+        fail(skipped.path, skipped.reason + QLatin1String("; left out"));
     if (sortColumn >= 0)
         OvBrowse::sortRows(result.rows, sortColumn, commandLine.isSet(QStringLiteral("reverse")));
 

@@ -15,11 +15,19 @@ class QByteArray;
 // not allow (a control character other than tab, LF and CR), a byte sequence that is not
 // valid in the document's encoding, or an entity expanding beyond Qt's limit make it
 // malformed.
+// Elements may nest at most MAX_ELEMENT_DEPTH (256) levels deep, the document element being
+// the first level; deeper nesting is refused as malformed ("elements nested deeper than 256
+// levels") before the DOM is built, since building it takes time growing with the square of
+// the depth: a file of 1.4 MB nested 200,000 levels deep would keep the reader busy for over
+// a minute. The spectral-analysis files nest about 5 levels deep.
 // Only the parsing reports a status; the lookups answer on a null element with nothing.
 // Status codes from PLStatus.h.
 class OVPARSER_EXPORT CPLXMLReader
 {
 public:
+    // The deepest nesting of elements read; see above.
+    static constexpr int MAX_ELEMENT_DEPTH = 256;
+
     CPLXMLReader();
     virtual ~CPLXMLReader();
 
@@ -47,6 +55,9 @@ public:
 private:
     // Parses `data`; a failure is logged with `source` (a file name) and its place.
     int parse(const QByteArray& data, const QString& source);
+    // Ends a failed parse: empties the document, logs the error set before with `source`,
+    // and returns 50.
+    int refuse(const QString& source);
 
     QDomDocument m_document;
     int m_nErrorLine = 0;
