@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -119,26 +121,43 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     const QByteArray text(raw, sizeof raw - 1);
     CPLClickInfo doc;
     ASSERT_EQ(load(doc, text), PL_SUCCESS);
+    // One warning per kind and section, at its first line, with the number of lines.
+    using W = CPLLoadWarning;
+    const QVector<std::tuple<W::Kind, int, int, QString>> expected {
+        { W::HeaderInLeadingLines, 3, 1, QString() },
+        { W::HeaderForm, 3, 1, L1("Lead") },
+        { W::LineEnds, 3, 1, L1("Lead") },
+        { W::BlankLines, 4, 1, L1("Lead") },
+        { W::LineEnds, 4, 1, L1("A") },
+        { W::BlankLines, 5, 2, L1("A") },
+        { W::ShiftedKey, 7, 1, L1("A") },
+        { W::CommentKey, 8, 1, L1("A") },
+        { W::RepeatedSection, 9, 1, L1("a") },
+        { W::NulByte, 11, 1, QString() },
+    };
+    QVector<std::tuple<W::Kind, int, int, QString>> found;
+    for (const W& warning : doc.getLoadWarningList()) {
+        found.append({ warning.kind(), warning.line(), warning.count(), warning.section() });
+        EXPECT_TRUE(warning.toString().startsWith(
+            QStringLiteral("%1:%2: ").arg(warning.file()).arg(warning.line())));
+    }
+    EXPECT_EQ(found, expected) << doc.getLoadWarnings().join(L1("\n")).toStdString();
     const QStringList warnings = doc.getLoadWarnings();
-    ASSERT_EQ(warnings.size(), 5) << warnings.join(L1("\n")).toStdString();
-    // Each warning names its line and what is wrong there.
-    const char* expected[][2] = { { "line 3: ", "***Lead:" },
-                                  { "line 7: ", "sh:i" },
-                                  { "line 8: ", "CommentLine 9" },
-                                  { "line 9: ", "\"a\"" },
-                                  { "line 11: ", "NUL" } };
-    for (int i = 0; i < 5; ++i)
-        EXPECT_TRUE(warnings[i].startsWith(L1(expected[i][0]))
-                    && warnings[i].contains(L1(expected[i][1])))
-            << warnings[i].toStdString();
+    EXPECT_TRUE(warnings.at(6).contains(L1("\"sh:i\""))) << warnings.at(6).toStdString();
     // Text handed in directly is read up to its first NUL too, and says so.
     CPLClickInfo direct;
     ASSERT_EQ(direct.loadTextBuffer(QString::fromLatin1("*** A:\nk:\tv\n\0rest", 17)), PL_SUCCESS);
-    EXPECT_EQ(direct.getLoadWarnings(),
-              QStringList { L1("line 3: a NUL byte ends the text; what follows it is not read") });
-    // A new load starts a new list, empty for a file the library wrote.
+    EXPECT_EQ(direct.getLoadWarnings().last(),
+              L1("line 3: a NUL byte ends the text; what follows it is not read"));
+    // A new load starts a new list. A file the library wrote warns only of what it holds
+    // twice, naming both lines.
     ASSERT_EQ(load(doc, kEditedSaved, "again.txt"), PL_SUCCESS);
-    EXPECT_TRUE(doc.getLoadWarnings().isEmpty());
+    ASSERT_EQ(doc.getLoadWarnings().size(), 1);
+    EXPECT_TRUE(doc.getLoadWarnings().first().endsWith(
+        L1("again.txt:11: section \"User Input\": a line repeats the key of a line before it "
+           "(\"view\" on line 9); saving writes the last value on every line of the key, and "
+           "an edit of it is refused")))
+        << doc.getLoadWarnings().first().toStdString();
 }
 
 TEST_F(ClickInfoTest, SectionsKeepTheirTextWhateverHappensToTheTextLoaded)
@@ -292,6 +311,38 @@ TEST_F(ClickInfoTest, LoadsTheLastMetadataCopyOfADicomBuffer)
     CPLClickInfo plain;
     ASSERT_EQ(plain.loadClickInfoDcm(copy1.constData(), copy1.size()), PL_SUCCESS);
     EXPECT_EQ(plain.getClickInfoData().toLatin1(), copy1);
+}
+
+TEST_F(ClickInfoTest, ACopyCutOffByACrashIsNeverTakenForTheDocument)
+{
+    CPLClickInfo first;
+    ASSERT_EQ(load(first, "*** ClickNumber:\tC1\nv:\t1\n*** A:\nk:\told\n\n\nm:\t2\n"),
+              PL_SUCCESS);
+    const QByteArray image("DICM\0\x01", 6);
+    const QByteArray copy1 = first.getClickInfoData().toLatin1();
+    first.setValue(L1("A"), L1("k"), L1("new"));
+    const QByteArray copy2 = first.getClickInfoData().toLatin1();
+    ASSERT_TRUE(copy1.contains("\n\n\nm:")) << "empty lines inside a copy are no ending";
+
+    // Every length at which an append in place can stop: only the whole copy is loaded.
+    for (int cut = 0; cut <= copy2.size(); ++cut) {
+        const QByteArray dicom = image + copy1 + copy2.left(cut);
+        CPLClickInfo doc;
+        ASSERT_EQ(doc.loadClickInfoDcm(dicom.constData(), dicom.size()), PL_SUCCESS) << cut;
+        const bool whole = cut == 0 || cut == copy2.size();
+        EXPECT_EQ(doc.getClickInfoData().toLatin1(), cut == copy2.size() ? copy2 : copy1) << cut;
+        const QList<CPLLoadWarning> warnings = doc.getLoadWarningList();
+        const bool warned = std::any_of(warnings.begin(), warnings.end(), [](const auto& w) {
+            return w.kind() == CPLLoadWarning::CutCopy;
+        });
+        EXPECT_EQ(warned, !whole) << cut;
+    }
+    // A lone cut copy is loaded as it stands, and says so.
+    const QByteArray lone = image + copy2.left(copy2.size() - 1);
+    CPLClickInfo doc;
+    ASSERT_EQ(doc.loadClickInfoDcm(lone.constData(), lone.size()), PL_SUCCESS);
+    EXPECT_EQ(doc.getLoadWarningList().last().kind(), CPLLoadWarning::CutCopy);
+    EXPECT_EQ(doc.getLoadWarningList().last().line(), 1);
 }
 
 TEST_F(ClickInfoTest, FindsOneValueWithoutLoading)

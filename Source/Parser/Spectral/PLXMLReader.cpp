@@ -1,10 +1,10 @@
 #include "PLXMLReader.h"
 
+#include "PLFileReader_p.h"
 #include "PLLogging_p.h"
 #include "PLStatus.h"
 
 #include <QByteArray>
-#include <QFile>
 #include <QXmlStreamReader>
 
 CPLXMLReader::CPLXMLReader() = default;
@@ -13,15 +13,11 @@ CPLXMLReader::~CPLXMLReader() = default;
 
 int CPLXMLReader::loadXMLFile(const QString& fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    QByteArray data;
+    const int status = PLFile::readFile(fileName, &data);
+    if (status != PL_SUCCESS) {
         m_document.clear();
-        return PL_FILE_OPEN_FAILED;
-    }
-    const QByteArray data = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        m_document.clear();
-        return PL_FILE_OPEN_FAILED;
+        return status;
     }
     return parse(data, fileName);
 }

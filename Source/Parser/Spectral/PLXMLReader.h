@@ -31,7 +31,10 @@ public:
     CPLXMLReader();
     virtual ~CPLXMLReader();
 
-    // Reads and parses a file. Returns 11 when it cannot be opened or read, 50 when it is not
+    // Reads and parses a file, by the rules every file of the library is read by: only a
+    // regular file (64 for a FIFO, device or socket, never opened), at most PL_MAX_FILE_SIZE
+    // bytes (63), 65 when memory runs out. Returns 11 when it cannot be opened or read
+    // (getLastSystemError() says why), 50 when it is not
     // well-formed XML (then getErrorLine(), getErrorColumn() and getErrorMessage() say where
     // and why, and a warning is logged), else 0. A failed load leaves an empty document.
     int loadXMLFile(const QString& fileName);

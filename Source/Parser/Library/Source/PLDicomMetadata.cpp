@@ -26,19 +26,26 @@ bool headerKey(const QChar* text, qint64 length, qint64 begin, QStringView* key)
 
 // A save's ending of a copy.
 constexpr char COPY_END[] = "\n\n\n\n";
+constexpr qint64 COPY_END_SIZE = sizeof COPY_END - 1;
 
-// The end of the complete copy that begins at `begin`: after its first COPY_END before
-// `limit`; null when there is none.
-const char* completeEnd(const char* begin, const char* limit)
+// Where the complete copy that spans [begin, end) ends, and *cut where a copy cut off after
+// it begins (else null); null when the copy itself is cut. The copy ends with a save's
+// ending, maybe followed by blanks; or its ending is followed by the start of a copy that
+// was cut within its first header line, which holds no LF yet.
+const char* completeEnd(const char* begin, const char* end, const char** cut)
 {
-    const char* end = std::search(begin, limit, COPY_END, COPY_END + sizeof COPY_END - 1);
-    return end == limit ? nullptr : end + sizeof COPY_END - 1;
-}
-
-// The first byte at or after `begin` that is not white space.
-const char* firstText(const char* begin, const char* end)
-{
-    return std::find_if_not(begin, end, [](char c) { return PLText::isSpace(c); });
+    const char* lastLf
+        = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(begin), '\n').base();
+    if (lastLf - begin < COPY_END_SIZE || !std::equal(lastLf - COPY_END_SIZE, lastLf, COPY_END))
+        return nullptr;
+    const char* rest
+        = std::find_if_not(lastLf, end, [](char c) { return PLText::isSpace(c); });
+    if (rest == end) { // only blanks after the ending
+        *cut = nullptr;
+        return end;
+    }
+    *cut = rest;
+    return *rest == '*' ? lastLf : nullptr;
 }
 
 } // namespace
@@ -71,10 +78,10 @@ Copy lastCopy(const char* data, qint64 size)
     // From the last copy back to the first complete one.
     const char* limit = end;
     for (int i = copies.size() - 1; i >= 0; --i) {
-        if (const char* copyEnd = completeEnd(copies.at(i), limit)) {
-            const char* cut = firstText(copyEnd, end);
-            if (cut == end)
-                return { { copies.at(i), end } };
+        const char* cut = nullptr;
+        if (const char* copyEnd = completeEnd(copies.at(i), limit, &cut)) {
+            if (limit != end)
+                cut = limit; // a later copy is cut
             return { { copies.at(i), copyEnd }, cut };
         }
         limit = copies.at(i);

@@ -16,11 +16,13 @@ namespace PLDicom {
 // one begins at the last header line that repeats the first header's key.
 //
 // A save ends every copy with four LF (the last line's, the section's empty line, and the
-// document's two), and nowhere else does a saved copy hold three LF in a row. A copy that
-// holds no such ending was cut off (a crash in the middle of an append in place), as is
-// anything but blanks after a complete copy's ending. The copy loaded is then the last
-// complete one, from its header to its ending, and `cut` tells where the cut copy begins;
-// when no copy is complete, the last copy is loaded as it stands, and `cut` is its start.
+// document's two). A copy whose bytes do not end so, blanks aside, was cut off (a crash in
+// the middle of an append in place); so was a copy that never got its first header line's
+// LF, which shows as text without LF after a complete copy's ending. The copy loaded is then
+// the last complete one, and `cut` tells where the cut copy begins; when no copy is complete,
+// the last copy is loaded as it stands, and `cut` is its start. One cut cannot be told from
+// an ending: a copy cut right after three empty lines inside a section (which a save writes
+// only for a section that holds them).
 struct Copy {
     PLText::Span<char> text; // empty, at the end, when the bytes hold no "*** " after their last NUL
     const char* cut = nullptr; // the start of a copy that was cut off; null when none was

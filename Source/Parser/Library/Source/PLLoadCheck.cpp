@@ -75,8 +75,11 @@ void CPLLoadCheck::section(qint64 begin, qint64 headerEnd, qint64 end, const QSt
     for (const CPLLoadWarning& warning : bodyWarnings) {
         const int first = m_warnings.size();
         note(warning.kind(), headerLine + warning.line(), key, warning.m_strDetail);
-        if (m_warnings.size() > first)
+        if (m_warnings.size() > first) {
             m_warnings.last().m_iCount = warning.count();
+            if (warning.relatedLine() > 0)
+                m_warnings.last().m_iRelatedLine = headerLine + warning.relatedLine();
+        }
     }
     checkBlock(headerEnd, end, headerLine, key);
     m_sections.append(Place { begin, headerEnd, key });

@@ -59,9 +59,11 @@ QString CPLLoadWarning::message() const
                              "front");
     case RepeatedKey:
         return lines(m_iCount, "repeats", "repeat")
-            + QStringLiteral(" the key of a line before it (%1); saving writes the last value "
+            + QStringLiteral(" the key of a line before it (%1%2); saving writes the last value "
                              "on every line of the key, and an edit of it is refused")
-                  .arg(m_strDetail);
+                  .arg(quotedDetail,
+                       m_iRelatedLine > 0 ? QStringLiteral(" on line %1").arg(m_iRelatedLine)
+                                          : QString());
     case KeyLikeHeader:
         return QStringLiteral("the key %1 begins with \"***\", so its line reads back as a "
                               "section header")

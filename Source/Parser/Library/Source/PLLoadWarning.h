@@ -65,6 +65,10 @@ public:
     void setLine(int line) { m_iLine = line; }
     // The number of lines of this kind in the section.
     int count() const { return m_iCount; }
+    // Another line the first place relates to: for RepeatedKey, the key's earlier line; 0
+    // for none.
+    int relatedLine() const { return m_iRelatedLine; }
+    void setRelatedLine(int line) { m_iRelatedLine = line; }
     // The key of the section the lines stand in; empty before the first section.
     QString section() const { return m_strSection; }
     void setSection(const QString& section) { m_strSection = section; }
@@ -81,6 +85,7 @@ private:
     QString m_strFile;
     int m_iLine = 0;
     int m_iCount = 0;
+    int m_iRelatedLine = 0;
     QString m_strSection;
     // A key or text that the message names.
     QString m_strDetail;

@@ -120,6 +120,7 @@ public:
         int firstLine;
         int count;
         QString detail;
+        int relatedLine;
     };
 
     QStringView view(TextRef ref) const
@@ -155,7 +156,8 @@ public:
     void replaceValue(int slot, TextRef valueRef, bool changed);
     // Notes a line of `kind` at `line`: the first of a kind keeps its line and detail, later
     // ones are counted.
-    void noteIrregular(CPLLoadWarning::Kind kind, int line, const QString& detail = QString());
+    void noteIrregular(CPLLoadWarning::Kind kind, int line, const QString& detail = QString(),
+                       int relatedLine = 0);
     // Makes room for this many more entries at once.
     void reserve(int moreEntries);
 
@@ -297,7 +299,8 @@ void CPLSectionData::replaceValue(int slot, TextRef valueRef, bool changed)
     s.changed = changed;
 }
 
-void CPLSectionData::noteIrregular(CPLLoadWarning::Kind kind, int line, const QString& detail)
+void CPLSectionData::noteIrregular(CPLLoadWarning::Kind kind, int line, const QString& detail,
+                                   int relatedLine)
 {
     for (Irregularity& known : irregular) {
         if (known.kind == kind) {
@@ -305,7 +308,7 @@ void CPLSectionData::noteIrregular(CPLLoadWarning::Kind kind, int line, const QS
             return;
         }
     }
-    irregular.append(Irregularity { kind, line, 1, detail });
+    irregular.append(Irregularity { kind, line, 1, detail, relatedLine });
 }
 
 void CPLSectionData::setValue(int slot, const QString& value)
@@ -501,13 +504,8 @@ void CPLSection::noteRepeatedKey(int firstEntry, int linesTrimmed, int line)
     int earlier = entry - 1;
     while (earlier >= firstEntry && data.entries.at(earlier).slot != slot)
         --earlier;
-    const QString detail = earlier >= firstEntry
-        ? QStringLiteral("\"%1\" on lines %2 and %3")
-              .arg(data.keyOf(entry))
-              .arg(linesTrimmed + earlier - firstEntry + 1)
-              .arg(line)
-        : QStringLiteral("\"%1\" on line %2 and before").arg(data.keyOf(entry)).arg(line);
-    d->noteIrregular(CPLLoadWarning::RepeatedKey, line, detail);
+    const int earlierLine = earlier >= firstEntry ? linesTrimmed + earlier - firstEntry + 1 : 0;
+    d->noteIrregular(CPLLoadWarning::RepeatedKey, line, data.keyOf(entry).toString(), earlierLine);
 }
 
 void CPLSection::saveSectionData(QString& text) const
@@ -817,8 +815,11 @@ QList<CPLLoadWarning> CPLSection::getLoadWarnings() const
 {
     QList<CPLLoadWarning> warnings;
     for (const CPLSectionData::Irregularity& irregular : qAsConst(d->irregular))
+    {
         warnings.append(CPLLoadWarning(irregular.kind, irregular.firstLine, irregular.count, d->key,
                                        irregular.detail));
+        warnings.last().setRelatedLine(irregular.relatedLine);
+    }
     return warnings;
 }
 
