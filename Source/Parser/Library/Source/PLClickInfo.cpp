@@ -420,7 +420,7 @@ int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
     return PL_GUARDED({
         const QByteArray bytes = getClickInfoData().toLatin1();
-        return PLFile::isDicomPath(filePath) ? PLFile::appendFile(filePath, bytes)
+        return PLFile::isDicomPath(filePath) ? PLFile::appendDicomCopy(filePath, bytes)
                                              : PLFile::saveFile(filePath, bytes);
     });
 }

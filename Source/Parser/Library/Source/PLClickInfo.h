@@ -307,6 +307,7 @@ protected:
     mutable CPLSection* m_pLastSection = nullptr;
 
 private:
+    friend class CPLFileEditor; // loads the metadata of a DICOM file as loadClickInfo() does
     // Cuts text (up to `length`, its first NUL) into sections, telling `check` of each.
     int loadSections(const QChar* data, qint64 length, CPLLoadCheck& check);
     // Loads decoded bytes: leading lines, then sections through loadTextBuffer().

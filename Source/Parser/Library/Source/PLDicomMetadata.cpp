@@ -89,4 +89,10 @@ Copy lastCopy(const char* data, qint64 size)
     return { { copies.last(), end }, copies.last() };
 }
 
+QByteArray copySeparator(const QByteArray& metadata)
+{
+    const bool cutInALine = metadata.contains(PLGrammar::HEADER_PREFIX) && !metadata.endsWith('\n');
+    return cutInALine ? QByteArrayLiteral("\n") : QByteArray();
+}
+
 } // namespace PLDicom

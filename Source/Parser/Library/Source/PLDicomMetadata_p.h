@@ -5,6 +5,7 @@
 
 #include "PLText_p.h"
 
+#include <QByteArray>
 #include <QtGlobal>
 
 namespace PLDicom {
@@ -29,6 +30,12 @@ struct Copy {
 };
 // May throw std::bad_alloc.
 Copy lastCopy(const char* data, qint64 size);
+
+// What to write before a new copy appended after `metadata` (the bytes after the file's last
+// NUL): a LF when they hold a copy cut off within a line, so that the new copy's first
+// header begins a line of its own and is found; else nothing, and the copy is appended as
+// it is (glued to the image data, when there is no copy yet).
+QByteArray copySeparator(const QByteArray& metadata);
 
 } // namespace PLDicom
 

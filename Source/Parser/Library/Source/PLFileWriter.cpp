@@ -1,5 +1,7 @@
 #include "PLFileWriter_p.h"
 
+#include "PLDicomMetadata_p.h"
+
 #include "PLFileReader_p.h"
 #include "PLFileSystem_p.h"
 #include "PLLogging_p.h"
@@ -719,13 +721,15 @@ QString CPLFileWriter::errorString() const
 
 namespace {
 
-int writeWhole(const QString& path, const QByteArray& bytes, CPLFileWriter::Mode mode)
+// Writes what `content` makes of the file's current bytes (read under the lock).
+template<typename Content>
+int writeWhole(const QString& path, CPLFileWriter::Mode mode, Content content)
 {
     return PL_GUARDED({
         CPLFileWriter writer(path, mode);
         int status = writer.open(PL_LOCK_WAIT_MS);
         if (status == PL_SUCCESS)
-            status = writer.write(bytes);
+            status = writer.write(content(writer));
         return status == PL_SUCCESS ? writer.commit() : status;
     });
 }
@@ -736,12 +740,16 @@ namespace PLFile {
 
 int saveFile(const QString& path, const QByteArray& bytes)
 {
-    return writeWhole(path, bytes, CPLFileWriter::Mode::Replace);
+    return writeWhole(path, CPLFileWriter::Mode::Replace, [&](CPLFileWriter&) { return bytes; });
 }
 
-int appendFile(const QString& path, const QByteArray& bytes)
+int appendDicomCopy(const QString& path, const QByteArray& copy)
 {
-    return writeWhole(path, bytes, CPLFileWriter::Mode::Append);
+    return writeWhole(path, CPLFileWriter::Mode::Append, [&](CPLFileWriter& writer) {
+        QByteArray metadata;
+        writer.readCurrent(&metadata); // unreadable: no separator, as for a new file
+        return PLDicom::copySeparator(metadata) + copy;
+    });
 }
 
 } // namespace PLFile

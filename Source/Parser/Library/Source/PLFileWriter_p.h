@@ -113,8 +113,9 @@ namespace PLFile {
 // Writes `bytes` as the whole new content of `path` (CPLFileWriter, Replace), waiting up to
 // PL_LOCK_WAIT_MS for a lock. Returns 0 or the status of the first failure.
 int saveFile(const QString& path, const QByteArray& bytes);
-// Appends `bytes` to `path` (CPLFileWriter, Append), likewise.
-int appendFile(const QString& path, const QByteArray& bytes);
+// Appends a DICOM metadata copy to `path` (CPLFileWriter, Append), likewise; after a copy cut
+// off within a line, a LF first (PLDicom::copySeparator()), so that the new copy is found.
+int appendDicomCopy(const QString& path, const QByteArray& copy);
 
 } // namespace PLFile
 
