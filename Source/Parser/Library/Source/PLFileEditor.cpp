@@ -70,6 +70,8 @@ public:
     }
 
     int open(bool lock, int waitMilliseconds);
+    // Takes `read` as the file's bytes.
+    int take(QByteArray read);
     // Loads `bytes` as the current text; on failure keeps the former one.
     int load(const QByteArray& bytes);
     int fail(int status, const QString& what, qint64 textOffset = -1);
@@ -154,8 +156,13 @@ int CPLFileEditor::Private::open(bool lock, int waitMilliseconds)
     }
     if (status != PL_SUCCESS)
         return error.isEmpty() ? fail(status, getStatusText(status)) : status;
+    return take(read);
+}
 
-    status = PL_GUARDED({
+int CPLFileEditor::Private::take(QByteArray read)
+{
+    error.clear();
+    const int status = PL_GUARDED({
         if (!dicom) {
             original = read;
             return load(read);
@@ -173,6 +180,8 @@ int CPLFileEditor::Private::open(bool lock, int waitMilliseconds)
         return loaded;
     });
     opened = status == PL_SUCCESS;
+    if (!opened && error.isEmpty())
+        fail(status, getStatusText(status));
     if (!opened && writer) {
         writer->cancel();
         writer.reset();
@@ -362,6 +371,14 @@ int CPLFileEditor::open(int waitMilliseconds)
 int CPLFileEditor::openWithoutLock()
 {
     return d->open(false, 0);
+}
+
+int CPLFileEditor::openBytes(const QByteArray& bytes)
+{
+    cancel();
+    if (bytes.size() > PL_MAX_FILE_SIZE)
+        return d->fail(PL_FILE_TOO_LARGE, getStatusText(PL_FILE_TOO_LARGE));
+    return d->take(bytes);
 }
 
 const CPLClickInfo& CPLFileEditor::document() const

@@ -82,6 +82,9 @@ public:
     int open(int waitMilliseconds = PL_LOCK_WAIT_MS);
     // Reads and loads the file without a lock; commit() then refuses (PL_INVALID_ARGUMENT).
     int openWithoutLock();
+    // Loads `bytes` as the file's bytes (a DICOM path: as its metadata), for edits of text
+    // held in memory: editedBytes() gives the result; commit() refuses.
+    int openBytes(const QByteArray& bytes);
 
     // The document the current bytes load as, and what that load warns of.
     const CPLClickInfo& document() const;
