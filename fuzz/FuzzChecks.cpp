@@ -1,6 +1,7 @@
 #include "FuzzChecks.h"
 
 #include "PLClickInfo.h"
+#include "PLFileEditor.h"
 #include "PLLabelDataSet.h"
 #include "PLPreferenceKeyList.h"
 #include "PLSection.h"
@@ -263,6 +264,130 @@ std::string checkClickInfo(const uint8_t* data, size_t size)
         failure = checkSavesBack(mutated(written, seed >> 16), "the written form changed in one place");
     }
     return failure;
+}
+
+namespace {
+
+// The line ends in `bytes`: LF, CR LF and lone CR count one each.
+int lineEnds(const QByteArray& bytes)
+{
+    int count = 0;
+    for (int i = 0; i < bytes.size(); ++i)
+        count += bytes[i] == '\n' || (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'));
+    return count;
+}
+
+// The parts of `a` and `b` that differ, once their common start and end are taken off.
+std::pair<QByteArray, QByteArray> differingParts(const QByteArray& a, const QByteArray& b)
+{
+    int start = 0;
+    while (start < a.size() && start < b.size() && a[start] == b[start])
+        ++start;
+    int end = 0;
+    while (end < a.size() - start && end < b.size() - start
+           && a[a.size() - 1 - end] == b[b.size() - 1 - end])
+        ++end;
+    return { a.mid(start, a.size() - start - end), b.mid(start, b.size() - start - end) };
+}
+
+// Whether every section of `before` but `edited` holds in `after` the same lines, and the
+// section `edited` the same lines but those of `key`.
+std::string checkOthersKept(const CPLClickInfo& before, const CPLClickInfo& after,
+                            const QString& edited, const QString& key)
+{
+    for (const QString& sectionKey : before.getSectionKeys()) {
+        const CPLSection* old = before[sectionKey];
+        const CPLSection* now = after[sectionKey];
+        if (!now)
+            return "the edit lost section \"" + sectionKey.toStdString() + "\"";
+        const bool isEdited = sectionKey.compare(edited, Qt::CaseInsensitive) == 0;
+        const auto kept = [&](const CPLSection* section) {
+            QStringList lines;
+            const QStringList keys = section->getEntryKeys();
+            const QStringList values = section->getEntryValues(true);
+            for (int i = 0; i < keys.size(); ++i) {
+                if (!isEdited || keys[i].compare(key, Qt::CaseInsensitive) != 0)
+                    lines.append((CPLSection::isCommentKey(keys[i]) ? QString() : keys[i])
+                                 + QLatin1Char('=') + values[i]);
+            }
+            return lines;
+        };
+        if (kept(old) != kept(now))
+            return "the edit changed other lines of section \"" + sectionKey.toStdString() + "\"";
+    }
+    return std::string();
+}
+
+} // namespace
+
+// The in-place editor: the first byte picks the edit, the second the section and key, the
+// next line (at most 40 bytes) is the value, the rest the file's bytes.
+std::string checkEditor(const uint8_t* data, size_t size)
+{
+    if (size < 2)
+        return std::string();
+    const int edit = data[0] % 4;
+    const int pick = data[1];
+    const QByteArray rest(reinterpret_cast<const char*>(data) + 2, int(size - 2));
+    const int lf = rest.indexOf('\n');
+    const QString value = QString::fromLatin1(rest.left(lf < 0 ? 0 : qMin(lf, 40)));
+    const QByteArray bytes = lf < 0 ? rest : rest.mid(lf + 1);
+
+    CPLFileEditor editor(QStringLiteral("fuzz.txt"));
+    if (editor.openBytes(bytes) != PL_SUCCESS)
+        return std::string();
+    const CPLClickInfo& before = editor.document();
+    const QStringList sections = before.getSectionKeys();
+    if (sections.isEmpty() && edit != 3)
+        return std::string();
+    const QString sectionKey = edit == 3 ? QStringLiteral("New Section")
+                                         : sections[pick % sections.size()];
+    QStringList keys;
+    if (const CPLSection* section = before[sectionKey]) {
+        for (const QString& key : section->getEntryKeys())
+            if (!CPLSection::isCommentKey(key))
+                keys.append(key);
+    }
+    if (keys.isEmpty() && (edit == 0 || edit == 2))
+        return std::string();
+    const QString key = edit == 1 || edit == 3 ? QStringLiteral("New Key") : keys[pick % keys.size()];
+
+    CPLClickInfo old;
+    old.loadClickInfoBytes(bytes.constData(), bytes.size(), QString());
+    int status = PL_SUCCESS;
+    switch (edit) {
+    case 0: status = editor.setValue(sectionKey, key, value); break;
+    case 2: status = editor.removeKey(sectionKey, key); break;
+    default: status = editor.addKeyValue(sectionKey, key, value); break;
+    }
+    const QByteArray edited = editor.editedBytes();
+    if (status != PL_SUCCESS)
+        return edited == bytes ? std::string() : "a refused edit changed the bytes";
+
+    CPLClickInfo after;
+    if (after.loadClickInfoBytes(edited.constData(), edited.size(), QString()) != PL_SUCCESS)
+        return "the edited bytes do not load";
+    // The values of the key's lines, found through the entries: a key may be empty.
+    QStringList read;
+    if (const CPLSection* section = after[sectionKey]) {
+        const QStringList keys = section->getEntryKeys();
+        const QStringList values = section->getEntryValues(false);
+        for (int i = 0; i < keys.size(); ++i)
+            if (keys[i].compare(key, Qt::CaseInsensitive) == 0)
+                read.append(values[i]);
+    }
+    const QString plain = value.trimmed().section(QLatin1Char('#'), 0, 0).trimmed();
+    if (edit != 2 && read != QStringList { plain })
+        return "the edited key does not read back the new value";
+    if (edit == 2 && !read.isEmpty())
+        return "a removed key is still read";
+    if (edit != 3) {
+        const auto parts = differingParts(bytes, edited);
+        const int allowed = edit == 0 ? 0 : 1;
+        if (lineEnds(parts.first) > allowed || lineEnds(parts.second) > allowed)
+            return "the edit changed more than its line";
+    }
+    return checkOthersKept(old, after, sectionKey, key);
 }
 
 std::string checkObtainValue(const uint8_t* data, size_t size)

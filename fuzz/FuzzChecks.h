@@ -23,6 +23,13 @@ std::string checkScanner(const uint8_t* data, size_t size);
 // section header, a key cut at a shifted place may all read back otherwise.)
 std::string checkClickInfo(const uint8_t* data, size_t size);
 
+// The in-place editor (CPLFileEditor on the bytes of a file): the first byte of the input
+// picks set, add, remove or add-a-section, the second the section and key, the next line is
+// the value, the rest the file. An edit that succeeds changes only its line (add a section
+// aside), the new text loads, the key reads back the new value (or is gone), and every other
+// line reads as before; a refused edit changes no byte.
+std::string checkEditor(const uint8_t* data, size_t size);
+
 // obtainValueFromClickInfoFile(): the first line of the input (at most 64 bytes) is the key,
 // the rest the buffer searched.
 std::string checkObtainValue(const uint8_t* data, size_t size);

@@ -181,6 +181,26 @@ TEST_F(ClickInfoTest, SectionsKeepTheirTextWhateverHappensToTheTextLoaded)
               L1("*** A:\tx\r\nk:\t2999\t# c\nm:\t2\n\n*** B:\ty\r\nk:\tthree\n\n\n\n"));
 }
 
+TEST_F(ClickInfoTest, SectionLookupComparesTheKeyTextNotWhereItIsStored)
+{
+    // A caller that reuses one buffer for its keys: the second lookup must not be answered
+    // by the first one's section.
+    CPLClickInfo doc;
+    ASSERT_EQ(doc.loadTextBuffer(L1("*** AAAA:\tx\nk:\t1\n*** BBBB:\ty\nk:\t2\n")), PL_SUCCESS);
+    QChar buffer[4];
+    const auto fill = [&](const char* key) {
+        std::transform(key, key + 4, buffer, [](char c) { return QLatin1Char(c); });
+        return QString::fromRawData(buffer, 4);
+    };
+    const auto lookUp = [&](const char* key) { return doc[fill(key)]; };
+    EXPECT_EQ(lookUp("AAAA"), doc[L1("aaaa")]);
+    EXPECT_EQ(lookUp("BBBB"), doc[L1("bbbb")]);
+    ASSERT_NE(doc[L1("aaaa")], doc[L1("bbbb")]);
+    EXPECT_EQ(doc.setValue(fill("AAAA"), L1("k"), 7), PL_SUCCESS);
+    EXPECT_EQ((*doc[L1("AAAA")])[L1("k")], L1("7"));
+    EXPECT_EQ((*doc[L1("BBBB")])[L1("k")], L1("2"));
+}
+
 TEST_F(ClickInfoTest, TypedAccessByMissingSectionFailsWithoutWriting)
 {
     CPLClickInfo doc;

@@ -2,6 +2,7 @@
 // links, owner, group and mode), locks, and that no failure harms the old file.
 
 #include "PLClickInfo.h"
+#include "PLFileEditor.h"
 #include "PLSection.h"
 #include "PLSpectralWrapper.h"
 #include "PLStatus.h"
@@ -12,12 +13,14 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QMutex>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <fcntl.h>
 #include <functional>
 #include <future>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -482,4 +485,83 @@ TEST_F(FileIoTest, TheSpectralAnalysisReplacesItsFileWholeOrNotAtAll)
     ASSERT_EQ(::mkfifo(native(path("fifo.xml")).constData(), 0644), 0);
     EXPECT_EQ(inChild([&] { return CPLSpectralWrapper().createSpectralXMLFile(path("fifo.xml")); }),
               PL_NOT_REGULAR_FILE);
+}
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool ADDRESS_SANITIZER = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool ADDRESS_SANITIZER = true;
+#else
+constexpr bool ADDRESS_SANITIZER = false;
+#endif
+#else
+constexpr bool ADDRESS_SANITIZER = false;
+#endif
+
+// The address space this process uses now, in bytes.
+rlim_t addressSpaceInUse()
+{
+    QFile statm(L1("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        return 0;
+    return rlim_t(statm.readAll().split(' ').value(0).toULongLong()) * rlim_t(::sysconf(_SC_PAGESIZE));
+}
+
+} // namespace
+
+// Memory runs out while a file of 200 MB is read: every way in becomes PL_OUT_OF_MEMORY and
+// the critical message, never an exception that ends the program. The test runs itself again
+// in a process whose allocations are limited: by RLIMIT_AS, or under the address sanitizer
+// (which reserves far more address space than it uses) by its largest allocation.
+TEST(AllocationFailure, BecomesAStatusAndTheCriticalMessage)
+{
+    const QByteArray file = qgetenv("OVPARSER_ALLOCATION_FILE");
+    if (file.isEmpty()) {
+        QTemporaryDir dir;
+        const QString large = dir.filePath(L1("ClickInfo.txt"));
+        writeBytes(large, "*** A:\tx\nk:\tv\n");
+        ASSERT_EQ(::truncate(native(large).constData(), 200 << 20), 0); // sparse: no disk used
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(L1("OVPARSER_ALLOCATION_FILE"), large);
+        environment.insert(L1("ASAN_OPTIONS"),
+                           environment.value(L1("ASAN_OPTIONS"))
+                               + L1(":allocator_may_return_null=1:max_allocation_size_mb=64"));
+        child.setProcessEnvironment(environment);
+        child.start(QFile::decodeName(QFile::symLinkTarget(L1("/proc/self/exe")).toLocal8Bit()),
+                    { L1("--gtest_filter=AllocationFailure.*") });
+        ASSERT_TRUE(child.waitForFinished(120000));
+        const QByteArray output = child.readAllStandardOutput() + child.readAllStandardError();
+        EXPECT_EQ(child.exitStatus(), QProcess::NormalExit) << output.toStdString();
+        EXPECT_EQ(child.exitCode(), 0) << output.toStdString();
+        EXPECT_TRUE(output.contains("[  PASSED  ] 1 test")) << output.toStdString();
+        return;
+    }
+
+    static QStringList critical;
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+        if (type == QtCriticalMsg)
+            critical.append(QStringLiteral("%1 %2 %3").arg(text, QLatin1String(context.file),
+                                                         QLatin1String(context.function)));
+    });
+    if (!ADDRESS_SANITIZER) {
+        const rlimit limit { addressSpaceInUse() + (100 << 20), RLIM_INFINITY };
+        ASSERT_EQ(::setrlimit(RLIMIT_AS, &limit), 0);
+    }
+    const QString path = QFile::decodeName(file);
+    CPLClickInfo doc;
+    EXPECT_EQ(doc.loadClickInfo(path), PL_OUT_OF_MEMORY);
+    QString value;
+    EXPECT_EQ(CPLClickInfo::obtainValueFromClickInfoFile(path, L1("k"), &value), PL_OUT_OF_MEMORY);
+    CPLFileEditor editor(path);
+    EXPECT_EQ(editor.openWithoutLock(), PL_OUT_OF_MEMORY);
+    ASSERT_FALSE(critical.isEmpty());
+    // The message names where memory ran out: the source file and the function.
+    EXPECT_TRUE(critical.first().startsWith(L1("Unable To Allocate Memory for Operation "))
+                && critical.first().contains(L1(".cpp ")))
+        << critical.first().toStdString();
+    EXPECT_EQ(critical.size(), 3) << critical.join(L1("\n")).toStdString();
 }

@@ -57,6 +57,7 @@ INSTANTIATE_TEST_SUITE_P(
     Targets, FuzzRegression,
     testing::Values(Target { "fuzz_scanner", OvFuzz::checkScanner },
                     Target { "fuzz_clickinfo", OvFuzz::checkClickInfo },
+                    Target { "fuzz_editor", OvFuzz::checkEditor },
                     Target { "fuzz_obtain_value", OvFuzz::checkObtainValue },
                     Target { "fuzz_preference_keys", OvFuzz::checkPreferenceKeys },
                     Target { "fuzz_settings", OvFuzz::checkSettings },

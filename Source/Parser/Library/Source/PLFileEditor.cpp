@@ -28,10 +28,12 @@ QByteArray lineEndAt(const QByteArray& bytes, qint64 at)
     return bytes.at(int(at)) == '\n' ? QByteArrayLiteral("\n") : QByteArray();
 }
 
-// From `at`, past the blanks that end a line, to its line end.
+// From `at`, past the blanks that end a line, to its line end, or to a NUL byte that ends
+// the text there.
 qint64 toLineEnd(const QByteArray& bytes, qint64 at)
 {
-    while (at < bytes.size() && bytes.at(int(at)) != '\n' && bytes.at(int(at)) != '\r')
+    while (at < bytes.size() && bytes.at(int(at)) != '\n' && bytes.at(int(at)) != '\r'
+           && bytes.at(int(at)) != '\0')
         ++at;
     return at;
 }
