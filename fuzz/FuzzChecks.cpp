@@ -291,7 +291,7 @@ std::pair<QByteArray, QByteArray> differingParts(const QByteArray& a, const QByt
 }
 
 // Whether every section of `before` but `edited` holds in `after` the same lines, and the
-// section `edited` the same lines but those of `key`.
+// section `edited` the same lines but those of `key`; empty lines aside.
 std::string checkOthersKept(const CPLClickInfo& before, const CPLClickInfo& after,
                             const QString& edited, const QString& key)
 {
@@ -306,7 +306,9 @@ std::string checkOthersKept(const CPLClickInfo& before, const CPLClickInfo& afte
             const QStringList keys = section->getEntryKeys();
             const QStringList values = section->getEntryValues(true);
             for (int i = 0; i < keys.size(); ++i) {
-                if (!isEdited || keys[i].compare(key, Qt::CaseInsensitive) != 0)
+                // Empty lines are layout: one before a removed last line ends the body then.
+                const bool emptyLine = CPLSection::isCommentKey(keys[i]) && values[i].isEmpty();
+                if (!emptyLine && (!isEdited || keys[i].compare(key, Qt::CaseInsensitive) != 0))
                     lines.append((CPLSection::isCommentKey(keys[i]) ? QString() : keys[i])
                                  + QLatin1Char('=') + values[i]);
             }

@@ -124,6 +124,7 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     // One warning per kind and section, at its first line, with the number of lines.
     using W = CPLLoadWarning;
     const QVector<std::tuple<W::Kind, int, int, QString>> expected {
+        { W::BlankLines, 1, 1, QString() },
         { W::HeaderInLeadingLines, 3, 1, QString() },
         { W::HeaderForm, 3, 1, L1("Lead") },
         { W::LineEnds, 3, 1, L1("Lead") },
@@ -143,7 +144,7 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     }
     EXPECT_EQ(found, expected) << doc.getLoadWarnings().join(L1("\n")).toStdString();
     const QStringList warnings = doc.getLoadWarnings();
-    EXPECT_TRUE(warnings.at(6).contains(L1("\"sh:i\""))) << warnings.at(6).toStdString();
+    EXPECT_TRUE(warnings.at(7).contains(L1("\"sh:i\""))) << warnings.at(7).toStdString();
     // Text handed in directly is read up to its first NUL too, and says so.
     CPLClickInfo direct;
     ASSERT_EQ(direct.loadTextBuffer(QString::fromLatin1("*** A:\nk:\tv\n\0rest", 17)), PL_SUCCESS);

@@ -174,20 +174,22 @@ QByteArray CPLLoadCheck::writtenTail() const
     return tab + (isHeader ? QByteArrayLiteral("\r\n") : QByteArrayLiteral("\n")) + SECTION_END;
 }
 
-void CPLLoadCheck::checkEnds()
+void CPLLoadCheck::checkEnds(bool withTail, int firstLine)
 {
     const PLText::Span<char> leading = m_decoded->leadingSpace();
     const PLText::Span<char> trailing = m_decoded->trailingSpace();
     if (m_decoded->hasByteOrderMark())
-        note(CPLLoadWarning::ByteOrderMark, 1, QString());
-    if (m_length == 0) {
+        note(CPLLoadWarning::ByteOrderMark, firstLine, QString());
+    if (m_length == 0 && withTail) {
         // An empty document is written as two line feeds.
         if (QByteArray(leading.begin, int(leading.size())) != "\n\n")
-            note(CPLLoadWarning::BlankLines, 1, QString());
+            note(CPLLoadWarning::BlankLines, firstLine, QString());
         return;
     }
     if (leading.size() > 0)
-        note(CPLLoadWarning::BlankLines, 1, QString());
+        note(CPLLoadWarning::BlankLines, firstLine, QString());
+    if (!withTail)
+        return;
     const QByteArray tail = writtenTail();
     if (QByteArray::fromRawData(trailing.begin, int(trailing.size())) != tail) {
         const qint64 lastLine = std::find(std::make_reverse_iterator(m_text + m_length),
@@ -203,10 +205,11 @@ void CPLLoadCheck::checkEnds()
 QList<CPLLoadWarning> CPLLoadCheck::finish(const QString& file, int linesBefore)
 {
     m_sectionWarnings = m_warnings.size();
+    // After a NUL byte nothing is read: the end of the file is not compared, its start is.
+    if (m_decoded)
+        checkEnds(m_length == m_size, 1 - linesBefore);
     if (m_length < m_size)
         note(CPLLoadWarning::NulByte, lineAt(m_length), QString());
-    else if (m_decoded)
-        checkEnds();
     if (m_decoded)
         checkLineEnds();
     for (CPLLoadWarning& warning : m_warnings) {

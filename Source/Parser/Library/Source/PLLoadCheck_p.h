@@ -53,7 +53,9 @@ private:
               const QString& detail = QString());
     void checkBlock(qint64 headerEnd, qint64 end, int headerLine, const QString& key);
     void checkLineEnds();
-    void checkEnds();
+    // The start and, `withTail`, the end of the file against what saving writes; `firstLine`
+    // is the file's first line in the numbering of the text.
+    void checkEnds(bool withTail, int firstLine);
     // What saving writes after the last character of the text.
     QByteArray writtenTail() const;
     int sectionIndexAt(qint64 offset) const;
