@@ -1,10 +1,10 @@
 #include "PLLogging_p.h"
 
-Q_LOGGING_CATEGORY(lcOvLoad, "ovparser.load")
-Q_LOGGING_CATEGORY(lcOvFile, "ovparser.file")
-Q_LOGGING_CATEGORY(lcOvSave, "ovparser.save")
-Q_LOGGING_CATEGORY(lcOvXml, "ovparser.xml")
-Q_LOGGING_CATEGORY(lcOvMemory, "ovparser.memory")
+Q_LOGGING_CATEGORY(lcOvLoad, "ovparser.load", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcOvFile, "ovparser.file", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcOvSave, "ovparser.save", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcOvXml, "ovparser.xml", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcOvMemory, "ovparser.memory", QtInfoMsg)
 
 namespace PLLog {
 

@@ -7,6 +7,8 @@
 // Every message of the library goes to a category of its own, so that an application can
 // silence the library (QT_LOGGING_RULES="ovparser.*=false") without silencing itself. A
 // message about a file names the file and, where there is one, the line: "FILE:LINE: what".
+// Debug messages (how a file was written, say) are off unless a rule turns them on
+// ("ovparser.save.debug=true"); information, warnings and critical messages are on.
 
 #include "PLStatus.h"
 
