@@ -104,6 +104,8 @@ TEST_F(FileEditorTest, AnEditChangesOnlyItsLine)
         { "remove the last line without line end", "*** A:\tx\nk:\tv\r\nm:\t2", unset("A", "m"),
           PL_SUCCESS, "*** A:\tx\nk:\tv" },
 
+        { "a removal that would change how the next line reads", "*** A:\t\nk:\t1\n  v:\t2\n",
+          unset("A", "k"), PL_INVALID_ARGUMENT, "*** A:\t\nk:\t1\n  v:\t2\n" },
         { "a key held twice is not edited", "*** A:\t\nk:\t1\nk:\t2\n", setTo("A", "k", "3"),
           PL_KEY_REPEATED, "*** A:\t\nk:\t1\nk:\t2\n" },
         { "nor removed", "*** A:\t\nk:\t1\nK:\t2\n", unset("A", "k"), PL_KEY_REPEATED,

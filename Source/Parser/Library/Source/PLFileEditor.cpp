@@ -11,6 +11,8 @@
 #include "PLScanner_p.h"
 #include "PLSection.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 
 namespace {
@@ -309,17 +311,25 @@ int CPLFileEditor::Private::edit(qint64 from, qint64 to, const QByteArray& with,
     return PL_GUARDED({
         QByteArray edited = bytes;
         edited.replace(int(from), int(to - from), with);
-        const QByteArray before = bytes;
-        const int status = load(edited);
-        if (status != PL_SUCCESS)
-            return fail(PL_INVALID_ARGUMENT, what + QLatin1String(" would leave a file that does "
-                                                                  "not load: ")
-                                                 + error);
-        if (!check(*document)) {
-            load(before);
-            return fail(PL_INVALID_ARGUMENT, what + QLatin1String(" would not read back as "
-                                                                  "written"));
-        }
+        // The state before the edit comes back unless the edit is kept.
+        const QByteArray oldBytes = bytes;
+        std::unique_ptr<CPLDecodedText> oldDecoded = std::move(decoded);
+        std::unique_ptr<CPLClickInfo> oldDocument = std::move(document);
+        bool kept = false;
+        const auto restore = qScopeGuard([&] {
+            if (kept)
+                return;
+            bytes = oldBytes;
+            decoded = std::move(oldDecoded);
+            document = std::move(oldDocument);
+        });
+        if (load(edited) != PL_SUCCESS)
+            return fail(PL_INVALID_ARGUMENT,
+                        what + QLatin1String(" would leave a file that does not load: ") + error);
+        const QString why = check(*oldDocument, *document);
+        if (!why.isEmpty())
+            return fail(PL_INVALID_ARGUMENT, what + QLatin1Char(' ') + why);
+        kept = true;
         return PL_SUCCESS;
     });
 }
@@ -339,6 +349,52 @@ QString refusal(const QString& text, CPLSection::TextRole role)
                                        "\"CommentLine \"", "blanks at either end" };
     return QStringLiteral("%1 holds %2, which cannot stand in the file as given")
         .arg(quoted(text), QLatin1String(why[int(fault)]));
+}
+
+// The lines of a section as a load reads them, but those of `key` and empty lines: key and
+// raw value, or a comment's text.
+QStringList otherLines(const CPLSection& section, const QString& key)
+{
+    QStringList lines;
+    const QStringList keys = section.getEntryKeys();
+    const QStringList values = section.getEntryValues(true);
+    for (int i = 0; i < keys.size(); ++i) {
+        const bool comment = CPLSection::isCommentKey(keys[i]);
+        if ((comment && values[i].isEmpty()) || (!comment && PLKeyHash::equal(keys[i], key)))
+            continue;
+        lines.append((comment ? QString() : keys[i]) + QLatin1Char('\n') + values[i]);
+    }
+    return lines;
+}
+
+// Whether `after` reads every section of `before` as it did, but the lines of `key` in the
+// section `edited`. An edit can change how a line it does not touch reads: removing a
+// section's first line makes the next one first, and a first line loses its leading blanks.
+QString changedElsewhere(const CPLClickInfo& before, const CPLClickInfo& after,
+                         const QString& edited, const QString& key)
+{
+    for (const QString& sectionKey : before.getSectionKeys()) {
+        const CPLSection* old = before[sectionKey];
+        const CPLSection* now = after[sectionKey];
+        const QString except = PLKeyHash::equal(sectionKey, edited) ? key : QString();
+        if (!now || otherLines(*old, except) != otherLines(*now, except))
+            return sectionKey;
+    }
+    return QString();
+}
+
+// Why an edit of `key` in section `edited` is not what it should be: `after` must read every
+// other line of `before` as it did, and `holds` must hold of the section after.
+template<typename Holds>
+QString editFault(const CPLClickInfo& before, const CPLClickInfo& after, const QString& edited,
+                  const QString& key, Holds holds)
+{
+    if (!holds(after[edited]))
+        return QStringLiteral("would not read back as written");
+    const QString section = changedElsewhere(before, after, edited, key);
+    return section.isNull()
+        ? QString()
+        : QStringLiteral("would change how other lines of section %1 read").arg(quoted(section));
 }
 
 // The value of `key` in `section` as a load reads it raw, and whether the key stands once.
@@ -421,7 +477,11 @@ int CPLFileEditor::setValue(const QString& sectionKey, const QString& key, const
             with.prepend('\t');
     }
     return d->edit(from, to, with, QStringLiteral("setting %1").arg(quoted(key)),
-                   [&](const CPLClickInfo& doc) { return holdsOnce(doc, sectionKey, key, stored); });
+                   [&](const CPLClickInfo& before, const CPLClickInfo& after) {
+                       return editFault(before, after, sectionKey, key, [&](const CPLSection*) {
+                           return holdsOnce(after, sectionKey, key, stored);
+                       });
+                   });
 }
 
 int CPLFileEditor::addKeyValue(const QString& sectionKey, const QString& key, const QString& value)
@@ -439,8 +499,10 @@ int CPLFileEditor::addKeyValue(const QString& sectionKey, const QString& key, co
     const QByteArray keyLine = (key + QLatin1String(":\t") + value.trimmed()).toLatin1();
     const QByteArray keyEnd = d->fileLineEnd(false);
     const QString what = QStringLiteral("adding %1").arg(quoted(key));
-    const auto check = [&](const CPLClickInfo& doc) {
-        return holdsOnce(doc, sectionKey, key, value.trimmed());
+    const auto check = [&](const CPLClickInfo& before, const CPLClickInfo& after) {
+        return editFault(before, after, sectionKey, key, [&](const CPLSection*) {
+            return holdsOnce(after, sectionKey, key, value.trimmed());
+        });
     };
 
     qint64 header = 0;
@@ -497,9 +559,11 @@ int CPLFileEditor::removeKey(const QString& sectionKey, const QString& key)
         from -= (from >= 2 && d->bytes.mid(int(from) - 2, 2) == "\r\n") ? 2 : 1;
     }
     return d->edit(from, to, QByteArray(), QStringLiteral("removing %1").arg(quoted(key)),
-                   [&](const CPLClickInfo& doc) {
-                       const CPLSection* section = doc[sectionKey];
-                       return section && !section->isKeyPresent(key);
+                   [&](const CPLClickInfo& before, const CPLClickInfo& after) {
+                       return editFault(before, after, sectionKey, key,
+                                        [&](const CPLSection* section) {
+                                            return section && !section->isKeyPresent(key);
+                                        });
                    });
 }
 
@@ -510,7 +574,7 @@ int CPLFileEditor::rewriteCanonical()
     const int status = PL_GUARDED({
         const QByteArray canonical = d->document->getClickInfoData().toLatin1();
         return d->edit(0, d->bytes.size(), canonical, QStringLiteral("rewriting"),
-                       [](const CPLClickInfo&) { return true; });
+                       [](const CPLClickInfo&, const CPLClickInfo&) { return QString(); });
     });
     return status;
 }
