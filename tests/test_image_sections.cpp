@@ -268,6 +268,14 @@ TEST(ImageSectionTest, RefusedCallsLeaveTheDocumentAsItWas)
     EXPECT_EQ(add("x", IMAGETYPE_LUMINESCENT, nullptr), PL_NULL_ARGUMENT);
     EXPECT_EQ(add("", IMAGETYPE_LUMINESCENT, &setup), PL_NOTHING_TO_WORK_ON);
     EXPECT_EQ(add("LUMINESCENT IMAGE", IMAGETYPE_PHOTOGRAPH, &other), PL_INVALID_ARGUMENT);
+    // Names that cannot stand in a header line: the saved file would not load back.
+    for (const char* name : { "lum#1.TIF", "a:b.TIF", "two\nlines.TIF" }) {
+        EXPECT_EQ(add(name, IMAGETYPE_LUMINESCENT, &setup), PL_INVALID_ARGUMENT) << name;
+        EXPECT_EQ(doc.addImageSection(L1("/data/") + L1(name), L1("u"), IMAGETYPE_LUMINESCENT,
+                                      &setup, true),
+                  PL_INVALID_ARGUMENT)
+            << name;
+    }
     EXPECT_EQ(doc.addImageSection(L1("/a/b"), L1("u"), tag_eimagetype(20), &setup, true),
               PL_OUT_OF_RANGE);
     EXPECT_EQ(doc.addTiffUserSection(tag_eimagetype(20), L1("u")), PL_OUT_OF_RANGE);

@@ -176,8 +176,9 @@ public:
     // goes before a "readbiasonly image" section when there is one, so that calibration
     // sections stay together. When a section of that name is present, `replace` replaces it
     // in its place; without `replace` the document is left as it is and 31 returned.
-    // Returns 48 for a type outside 0 to 19, 16 for a null setup, 33 for an empty name (the
-    // document is unchanged in each case), else 0.
+    // Returns 48 for a type outside 0 to 19, 16 for a null setup, 33 for an empty name, 31
+    // for a name that cannot stand in a header line (a "#", a colon, a line break: an image
+    // file named "lum#1.TIF"), with the document unchanged in each case; else 0.
     int addTiffImageSection(const QString& sectionName, tag_eimagetype type,
                             const sIASetupInfo* setup, bool replace);
     // Adds the section of the image file at `imagePath` as addTiffImageSection() does, and

@@ -397,6 +397,9 @@ int CPLClickInfo::addTiffImageSection(const QString& sectionName, tag_eimagetype
         return PL_NULL_ARGUMENT;
     if (sectionName.isEmpty())
         return PL_NOTHING_TO_WORK_ON;
+    // An image file named "lum#1.TIF" cannot name a section: refused before anything changes.
+    if (CPLSection::breaksFile(sectionName, CPLSection::TextRole::SectionKey))
+        return PL_INVALID_ARGUMENT;
     int position = sectionPosition(sectionName);
     if (position >= 0 && !replace)
         return PL_INVALID_ARGUMENT;
