@@ -5,6 +5,7 @@
 #include "PLFileEditor.h"
 #include "PLSection.h"
 #include "PLSpectralWrapper.h"
+#include "PLXMLReader.h"
 #include "PLStatus.h"
 #include "TestUtil.h"
 
@@ -320,17 +321,39 @@ TEST_F(FileIoTest, OnlyRegularFilesAreReadOrWritten)
 
 TEST_F(FileIoTest, AFileLargerThanTheLimitIsRefusedBeforeItIsRead)
 {
-    for (const qint64 size : { PL_MAX_FILE_SIZE + 1, qint64(5) << 30 }) {
-        const QString file = path("large.txt");
+    // Every way a file is read; sizes past 2 and 4 GiB, where a 32-bit size would wrap.
+    const std::function<int(const QString&)> readers[] = {
+        [](const QString& file) { return CPLClickInfo().loadClickInfo(file); },
+        [](const QString& file) {
+            QString value;
+            return CPLClickInfo::obtainValueFromClickInfoFile(file, L1("k"), &value);
+        },
+        [](const QString& file) { return CPLFileEditor(file).openWithoutLock(); },
+        [](const QString& file) { return CPLFileEditor(file).open(0); },
+        [](const QString& file) { return CPLXMLReader().loadXMLFile(file); },
+    };
+    const QString file = path("large.txt");
+    for (const qint64 size : { PL_MAX_FILE_SIZE + 1, qint64(5) << 30, (qint64(4) << 30) + 10 }) {
         writeBytes(file, "");
         ASSERT_EQ(::truncate(native(file).constData(), size), 0); // sparse: no disk used
-        QElapsedTimer timer;
-        timer.start();
-        CPLClickInfo doc;
-        EXPECT_EQ(doc.loadClickInfo(file), PL_FILE_TOO_LARGE) << size;
-        EXPECT_LT(timer.elapsed(), 500) << "read instead of refused: " << size;
-        EXPECT_EQ(getLastSystemError(), QString()) << size;
+        for (const auto& read : readers) {
+            QElapsedTimer timer;
+            timer.start();
+            EXPECT_EQ(read(file), PL_FILE_TOO_LARGE) << size;
+            EXPECT_LT(timer.elapsed(), 500) << "read instead of refused: " << size;
+            EXPECT_EQ(getLastSystemError(), QString()) << size;
+        }
     }
+    EXPECT_EQ(namesIn(m_dir.path()), L1List({ "large.txt" })) << "no lock left behind";
+    // A DICOM file is read backwards from its end, as far as its last NUL: its image data,
+    // however large, is never read whole.
+    const QString dicom = path("large.dcm");
+    writeBytes(dicom, "");
+    ASSERT_EQ(::truncate(native(dicom).constData(), qint64(5) << 30), 0);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(CPLClickInfo().loadClickInfo(dicom), PL_NOTHING_TO_WORK_ON);
+    EXPECT_LT(timer.elapsed(), 500);
 }
 
 TEST_F(FileIoTest, EachRefusedSystemCallLeavesTheOldFileAndNoOtherFile)

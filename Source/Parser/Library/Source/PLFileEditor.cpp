@@ -397,19 +397,22 @@ QString editFault(const CPLClickInfo& before, const CPLClickInfo& after, const Q
         : QStringLiteral("would change how other lines of section %1 read").arg(quoted(section));
 }
 
-// The value of `key` in `section` as a load reads it raw, and whether the key stands once.
+// Whether the section holds `key` on one line, with `rawValue` as a load reads it raw. The
+// entries are searched, since a key may be empty.
 bool holdsOnce(const CPLClickInfo& document, const QString& sectionKey, const QString& key,
                const QString& rawValue)
 {
     const CPLSection* section = document[sectionKey];
     if (!section)
         return false;
-    QString value;
     const QStringList keys = section->getEntryKeys();
-    const int lines = int(std::count_if(keys.begin(), keys.end(), [&](const QString& k) {
-        return PLKeyHash::equal(k, key);
-    }));
-    return lines == 1 && section->getRawValue(key, &value) == PL_SUCCESS && value == rawValue;
+    const QStringList values = section->getEntryValues(true);
+    QStringList found;
+    for (int i = 0; i < keys.size(); ++i) {
+        if (!CPLSection::isCommentKey(keys[i]) && PLKeyHash::equal(keys[i], key))
+            found.append(values[i]);
+    }
+    return found == QStringList { rawValue };
 }
 
 } // namespace
