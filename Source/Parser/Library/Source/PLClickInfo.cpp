@@ -80,14 +80,16 @@ std::unique_ptr<CPLSection> CPLClickInfo::parseSection(const QString& text,
                                                        const QString& sectionKey)
 {
     auto section = std::make_unique<CPLSection>();
-    section->setSectionKey(sectionKey);
 
     const QStringView block(text);
     const qsizetype lf = block.indexOf(QLatin1Char('\n'));
     const QStringView header = lf < 0 ? block : block.left(lf);
     Span name;
-    if (PLGrammar::sectionName(Span { header.begin(), header.end() }, &name))
-        section->setSectionName(toString(name));
+    // A key and a name read from a header line stand in it: they are taken as they are.
+    section->setLoadedHeader(sectionKey,
+                             PLGrammar::sectionName(Span { header.begin(), header.end() }, &name)
+                                 ? toString(name)
+                                 : QString());
     if (lf >= 0) {
         // A block of the text being loaded refers to it: the section shares that text.
         const QString& loading = m_strTextBeingLoaded;
@@ -218,7 +220,8 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
             } else if (status == PL_SUCCESS) {
                 m_SectionWarnings.clear();
                 status = loadSectionData(block, key);
-                check.section(range.begin, headerEnd, range.end, key, m_SectionWarnings);
+                check.section(range.begin, headerEnd, range.end, parts, key, m_SectionWarnings);
+                check.knownLine(range.end, check.lineAt(range.begin) + range.lines);
             }
         }
         if (status != PL_SUCCESS) {
@@ -492,8 +495,9 @@ CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
     // text it holds.
     const qsizetype size = sectionKey.size();
     if (m_pLastSection && size == m_LastSectionKey.size()
-        && std::equal(sectionKey.constData(), sectionKey.constData() + size,
-                      m_LastSectionKey.constData()))
+        && std::memcmp(sectionKey.constData(), m_LastSectionKey.constData(),
+                       size_t(size) * sizeof(QChar))
+            == 0)
         return m_pLastSection;
     CPLSection* section = m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey));
     if (section) {

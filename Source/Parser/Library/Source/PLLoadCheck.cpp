@@ -35,6 +35,14 @@ int CPLLoadCheck::lineAt(qint64 offset)
     return m_line;
 }
 
+void CPLLoadCheck::knownLine(qint64 offset, int line)
+{
+    if (offset >= m_lineOffset) {
+        m_lineOffset = offset;
+        m_line = line;
+    }
+}
+
 void CPLLoadCheck::note(CPLLoadWarning::Kind kind, int line, const QString& section,
                         const QString& detail)
 {
@@ -62,15 +70,14 @@ void CPLLoadCheck::leadingLine(qint64 begin, qint64 end, bool isAlsoHeader)
         note(CPLLoadWarning::Blanks, number, QString());
 }
 
-void CPLLoadCheck::section(qint64 begin, qint64 headerEnd, qint64 end, const QString& key,
+void CPLLoadCheck::section(qint64 begin, qint64 headerEnd, qint64 end,
+                           const PLGrammar::Header<QChar>& header, const QString& key,
                            const QList<CPLLoadWarning>& bodyWarnings)
 {
     m_sectionWarnings = m_warnings.size();
     const int headerLine = lineAt(begin);
     const Span line { m_text + begin, m_text + qMin(headerEnd, m_length) };
-    PLGrammar::Header<QChar> header;
-    if (!PLGrammar::parseHeader(line, &header)
-        || !PLGrammar::isWrittenForm(line, header, headerEnd >= m_length))
+    if (!PLGrammar::isWrittenForm(line, header, headerEnd >= m_length))
         note(CPLLoadWarning::HeaderForm, headerLine, key);
     for (const CPLLoadWarning& warning : bodyWarnings) {
         const int first = m_warnings.size();

@@ -3,6 +3,7 @@
 
 // Internal header, not installed.
 
+#include "PLLineGrammar_p.h"
 #include "PLLoadWarning.h"
 #include "PLText_p.h"
 
@@ -32,11 +33,11 @@ public:
     // A line before the first section, from `begin` to its line feed or the end.
     void leadingLine(qint64 begin, qint64 end, bool isAlsoHeader);
     // A section: its header line from `begin` to `headerEnd` (the header's line feed, or the
-    // end of the text), its block up to `end` (the next header, or past the end of the
+    // end of the text), its parts, its block up to `end` (the next header, or past the end of the
     // text), its key, and the warnings its body gave (lines counted from the line after the
     // header).
-    void section(qint64 begin, qint64 headerEnd, qint64 end, const QString& key,
-                 const QList<CPLLoadWarning>& bodyWarnings);
+    void section(qint64 begin, qint64 headerEnd, qint64 end, const PLGrammar::Header<QChar>& header,
+                 const QString& key, const QList<CPLLoadWarning>& bodyWarnings);
     // A section left out because its key repeats an earlier one's.
     void repeatedSection(qint64 begin, const QString& key);
     // The warnings of the whole load, each with `file`, in the order of their lines, the
@@ -47,6 +48,9 @@ public:
     const QChar* text() const { return m_text; }
     // The 1-based line of the text at `offset`; offsets are asked in ascending order.
     int lineAt(qint64 offset);
+    // Tells that the line at `offset` is `line` (the scanner counted the lines of a section),
+    // so that lineAt() need not count them again.
+    void knownLine(qint64 offset, int line);
 
 private:
     void note(CPLLoadWarning::Kind kind, int line, const QString& section,

@@ -353,6 +353,17 @@ void CPLSectionData::clearEntries()
     irregular.clear();
 }
 
+namespace {
+
+// Puts `text` into *target, in the memory *target holds when it has room: a caller that reads
+// value after value into one string does not allocate for each.
+void assignText(QString* target, QStringView text)
+{
+    target->setUnicode(text.data(), int(text.size()));
+}
+
+} // namespace
+
 CPLSection::CPLSection()
     : d(new CPLSectionData)
 {
@@ -431,8 +442,9 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
                && *c != QLatin1Char('\n'))
             ++c;
         const QChar* colon = c != body.end && *c == QLatin1Char(':') ? c : nullptr;
+        // The rest of a line is short (a value): a plain loop finds its end.
         const QChar* lf
-            = c != body.end && *c == QLatin1Char('\n') ? c : PLText::findFar(c, body.end, '\n');
+            = c != body.end && *c == QLatin1Char('\n') ? c : PLText::find(c, body.end, '\n');
         const Span line { lineBegin, lf ? lf : body.end };
         lineBegin = lf ? lf + 1 : body.end;
         // The line as it stands in the text: the body's last line goes on to its line end.
@@ -476,6 +488,8 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
 void CPLSection::noteLineFault(int fault, int line, QStringView key)
 {
     using Fault = PLGrammar::LineFault;
+    if (Q_LIKELY(Fault(fault) == Fault::None))
+        return;
     switch (Fault(fault)) {
     case Fault::None:
         return;
@@ -548,6 +562,12 @@ int CPLSection::getSectionKey(QString* key) const
     return PL_SUCCESS;
 }
 
+void CPLSection::setLoadedHeader(const QString& key, const QString& name)
+{
+    d->key = key;
+    d->name = name;
+}
+
 int CPLSection::setSectionKey(const QString& key)
 {
     if (key.isNull() || breaksFile(key, TextRole::SectionKey))
@@ -580,7 +600,7 @@ int CPLSection::getValue(const QString& key, QString* value) const
     const int slot = d->find(key);
     if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    *value = withoutInlineComment(d->view(d->slots.at(slot).value)).toString();
+    assignText(value, withoutInlineComment(d->view(d->slots.at(slot).value)));
     return PL_SUCCESS;
 }
 
@@ -591,7 +611,7 @@ int CPLSection::getRawValue(const QString& key, QString* value) const
     const int slot = d->find(key);
     if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    *value = d->view(d->slots.at(slot).value).toString();
+    assignText(value, d->view(d->slots.at(slot).value));
     return PL_SUCCESS;
 }
 
@@ -775,26 +795,38 @@ bool CPLSection::isCommentKey(const QString& key)
 
 CPLSection::TextFault CPLSection::textFault(const QString& text, TextRole role)
 {
-    if (text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r')))
+    // One pass finds the characters that matter; the faults are then told in their order.
+    bool lineBreak = false, nul = false, notLatin1 = false, colon = false, hash = false;
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case '\n':
+        case '\r': lineBreak = true; break;
+        case 0: nul = true; break;
+        case ':': colon = true; break;
+        case '#': hash = true; break;
+        default: notLatin1 = notLatin1 || c.unicode() > 0xff;
+        }
+    }
+    if (lineBreak)
         return TextFault::LineBreak;
-    if (text.contains(QChar(0)))
+    if (nul)
         return TextFault::Nul;
-    if (std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xff; }))
+    if (notLatin1)
         return TextFault::NotLatin1;
     if (role != TextRole::Value) {
         const bool isKey = role == TextRole::Key || role == TextRole::SectionKey;
         if (isKey && text.isEmpty())
             return TextFault::Empty;
-        if (isKey && text.contains(QLatin1Char(':')))
+        if (isKey && colon)
             return TextFault::Colon;
-        if (text.contains(QLatin1Char('#')))
+        if (hash)
             return TextFault::Hash;
         if (role == TextRole::Key && PLGrammar::startsWithHeaderMark(text.constData()))
             return TextFault::HeaderStart;
         if (role == TextRole::Key && isCommentKey(text))
             return TextFault::CommentKey;
     }
-    if (text != text.trimmed())
+    if (!text.isEmpty() && (text.front().isSpace() || text.back().isSpace()))
         return TextFault::OuterWhiteSpace;
     return TextFault::None;
 }

@@ -203,6 +203,8 @@ private:
     // lines of the body, so that room for its entries is made once; `mayHoldNul` is false for
     // text already cut at its first NUL.
     void loadBody(const QString& text, int from, int to, int expectedLines, bool mayHoldNul);
+    // The key and name of a header line that a document loads, unchecked: they stand in it.
+    void setLoadedHeader(const QString& key, const QString& name);
     template<typename T> int getNumber(const QString& key, T* value) const;
     // Notes a line of a load that saving will not write back as it stood.
     void noteLineFault(int fault, int line, QStringView key);
