@@ -368,18 +368,21 @@ QStringList otherLines(const CPLSection& section, const QString& key)
 }
 
 // Whether `after` reads every section of `before` as it did, but the lines of `key` in the
-// section `edited`. An edit can change how a line it does not touch reads: removing a
-// section's first line makes the next one first, and a first line loses its leading blanks.
+// section `edited`: what it changes besides, in words, or a null string. An edit can change how a
+// line it does not touch reads: removing a section's first line makes the next one first,
+// and a first line loses its leading blanks. It cannot change another section: its lines
+// and the headers around it stay as they were, and no edit writes a line that reads as a
+// header. So the other sections are compared by their keys, the edited one line by line.
 QString changedElsewhere(const CPLClickInfo& before, const CPLClickInfo& after,
                          const QString& edited, const QString& key)
 {
-    for (const QString& sectionKey : before.getSectionKeys()) {
-        const CPLSection* old = before[sectionKey];
-        const CPLSection* now = after[sectionKey];
-        const QString except = PLKeyHash::equal(sectionKey, edited) ? key : QString();
-        if (!now || otherLines(*old, except) != otherLines(*now, except))
-            return sectionKey;
-    }
+    const QStringList keys = before.getSectionKeys();
+    if (after.getSectionKeys().mid(0, keys.size()) != keys)
+        return QStringLiteral("would change the sections of the file");
+    const CPLSection* old = before[edited];
+    const CPLSection* now = after[edited];
+    if (old && (!now || otherLines(*old, key) != otherLines(*now, key)))
+        return QStringLiteral("would change how other lines of section %1 read").arg(quoted(edited));
     return QString();
 }
 
@@ -391,10 +394,7 @@ QString editFault(const CPLClickInfo& before, const CPLClickInfo& after, const Q
 {
     if (!holds(after[edited]))
         return QStringLiteral("would not read back as written");
-    const QString section = changedElsewhere(before, after, edited, key);
-    return section.isNull()
-        ? QString()
-        : QStringLiteral("would change how other lines of section %1 read").arg(quoted(section));
+    return changedElsewhere(before, after, edited, key);
 }
 
 // Whether the section holds `key` on one line, with `rawValue` as a load reads it raw. The
