@@ -183,10 +183,11 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
         m_strTextBeingLoaded = text;
         const auto textLoaded = qScopeGuard([this] { m_strTextBeingLoaded.clear(); });
         const auto* data = reinterpret_cast<const QChar*>(m_strTextBeingLoaded.utf16());
-        const qint64 length = textLength(data, m_strTextBeingLoaded.size());
-        // A load of bytes (loadClickInfoBytes()) has begun the check with the leading lines.
+        // A load of bytes (loadClickInfoBytes()) has begun the check with the leading lines,
+        // and knows the length of the text.
         if (m_pLoadCheck && m_pLoadCheck->text() == data)
-            return loadSections(data, length, *m_pLoadCheck);
+            return loadSections(data, m_pLoadCheck->length(), *m_pLoadCheck);
+        const qint64 length = textLength(data, m_strTextBeingLoaded.size());
         CPLLoadCheck check(data, length, m_strTextBeingLoaded.size(), nullptr);
         const int status = loadSections(data, length, check);
         m_LoadWarnings = check.finish(QString(), 0);

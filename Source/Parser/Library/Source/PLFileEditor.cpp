@@ -134,7 +134,7 @@ int CPLFileEditor::Private::lineOf(qint64 textOffset) const
 {
     const QChar* begin = text();
     return decoded->linesBefore() + 1
-        + int(std::count(begin, begin + textOffset, QLatin1Char('\n')));
+        + int(PLText::count(begin, begin + textOffset, '\n'));
 }
 
 int CPLFileEditor::Private::open(bool lock, int waitMilliseconds)

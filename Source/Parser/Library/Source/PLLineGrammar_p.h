@@ -165,6 +165,15 @@ template<typename Char> struct KeyLine
 
 template<typename Char> KeyLine<Char> splitKeyLine(Span<Char> line, const Char* colon)
 {
+    if (line.begin != colon && !PLText::isSpace(*line.begin)) {
+        // The usual line, which begins with its key: the cut is the colon itself.
+        KeyLine<Char> parts;
+        parts.key = { line.begin, colon };
+        while (parts.key.end != parts.key.begin && PLText::isSpace(parts.key.end[-1]))
+            --parts.key.end;
+        parts.value = PLText::trimmed(Span<Char> { colon + 1, line.end });
+        return parts;
+    }
     const Span<Char> trimmedLine = PLText::trimmed(line);
     const qsizetype cut = colon - line.begin;
     const qsizetype size = trimmedLine.size();

@@ -30,7 +30,7 @@ int CPLLoadCheck::lineAt(qint64 offset)
         m_lineOffset = 0;
         m_line = 1;
     }
-    m_line += int(std::count(m_text + m_lineOffset, m_text + offset, QLatin1Char('\n')));
+    m_line += int(PLText::count(m_text + m_lineOffset, m_text + offset, '\n'));
     m_lineOffset = offset;
     return m_line;
 }

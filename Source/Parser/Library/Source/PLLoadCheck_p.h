@@ -46,6 +46,8 @@ public:
 
     // The text being checked.
     const QChar* text() const { return m_text; }
+    // Its length, up to a NUL.
+    qint64 length() const { return m_length; }
     // The 1-based line of the text at `offset`; offsets are asked in ascending order.
     int lineAt(qint64 offset);
     // Tells that the line at `offset` is `line` (the scanner counted the lines of a section),

@@ -11,6 +11,8 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
+
 namespace PLScan {
 
 // Offsets index a buffer of `length` characters whose character at `length` is 0.
@@ -33,45 +35,54 @@ struct SectionRange
     int lines = 0; // the lines of the section, its header line included
 };
 
-// Finds the next section at or after `position` (< length). A boundary is a header line or
-// the end of the buffer; the section runs from the first boundary met to the second, and
-// text ahead of the first is passed over. Returns true and the section's range when two
-// boundaries are met, with `position` moved to the second; returns false when the end comes
-// first, with `position` moved to the end.
+// Where a walk over the lines from `from` (a line start) ends: `length` when the text ends
+// with a line feed (or `from` is at its end), else length + 1, past the terminating 0.
+template<typename Char> qint64 endOfLines(const Char* buffer, qint64 length, qint64 from)
+{
+    return from < length && PLText::unit(buffer[length - 1]) != '\n' ? length + 1 : length;
+}
+
+// The start of the first header line at or after `from` (a line start), or `length` when
+// there is none. A header line's first token begins with "*", so only the lines that hold a
+// "*" are looked at, found by the vectorised search; each line is looked at once.
+template<typename Char> qint64 nextHeaderLine(const Char* buffer, qint64 length, qint64 from)
+{
+    const Char* const end = buffer + length;
+    for (const Char* lineStart = buffer + from; lineStart < end;) {
+        const Char* star = PLText::findFar(lineStart, end, '*');
+        if (!star)
+            break;
+        const Char* begin = star;
+        while (begin != lineStart && PLText::unit(begin[-1]) != '\n')
+            --begin;
+        if (PLGrammar::isHeaderLine(begin))
+            return begin - buffer;
+        lineStart = buffer + lineEnd(buffer, length, star - buffer);
+    }
+    return length;
+}
+
+// Finds the next section at or after `position` (< length, a line start). A boundary is a
+// header line or the end of the buffer; the section runs from the first boundary met to the
+// second, and text ahead of the first is passed over. Returns true and the section's range
+// when two boundaries are met, with `position` moved to the second; returns false when the
+// end comes first, with `position` moved to the end (endOfLines()).
 template<typename Char>
 bool nextSection(const Char* buffer, qint64 length, qint64& position, SectionRange& section)
 {
-    int boundaries = 0;
-    qint64 lastBoundary = position;
-    qint64 sectionLength = 0;
-    qint64 cursor = position;
-    int linesSinceBoundary = 0;
-    for (;;) {
-        const qint64 lineStart = cursor;
-        const bool atEnd = cursor >= length;
-        if (!atEnd)
-            cursor = lineEnd(buffer, length, cursor);
-        if (atEnd || PLGrammar::isHeaderLine(buffer + lineStart)) {
-            section.lines = linesSinceBoundary;
-            linesSinceBoundary = 0;
-            ++boundaries;
-            const qint64 distance = lineStart - lastBoundary;
-            lastBoundary = lineStart;
-            if (distance != 0)
-                sectionLength = distance;
-        }
-        if (boundaries == 2) {
-            section.begin = lineStart - sectionLength;
-            section.end = lineStart;
-            position = lineStart;
-            return true;
-        }
-        if (atEnd) {
-            position = lineStart;
-            return false;
-        }
-        ++linesSinceBoundary;
+    const qint64 first = nextHeaderLine(buffer, length, position);
+    if (first >= length) {
+        position = endOfLines(buffer, length, position);
+        return false;
     }
+    const qint64 afterHeader = lineEnd(buffer, length, first);
+    const qint64 second = afterHeader < length ? nextHeaderLine(buffer, length, afterHeader) : length;
+    section.begin = first;
+    section.end = second < length ? second : endOfLines(buffer, length, first);
+    const Char* const counted = buffer + qMin(section.end, length);
+    section.lines = int(PLText::count(buffer + first, counted, '\n')) + (section.end > length ? 1 : 0);
+    position = section.end;
+    return true;
 }
 
 } // namespace PLScan

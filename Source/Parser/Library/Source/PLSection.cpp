@@ -409,12 +409,12 @@ void CPLSection::loadBody(const QString& text, int from, int to, int expectedLin
         data.reserve(expectedLines);
     // Line numbers count from the text given, before its leading blank lines were trimmed.
     const int linesTrimmed = int(
-        std::count(given.begin(), QStringView::const_iterator(body.begin), QLatin1Char('\n')));
+        PLText::count(given.data(), body.begin, '\n'));
     // The body is read as C text: it ends at its first NUL (a document's text is cut there
     // already).
     if (const QChar* nul = mayHoldNul ? PLText::findFar(body.begin, body.end, '\0') : nullptr) {
         data.noteIrregular(CPLLoadWarning::NulByte,
-                           linesTrimmed + 1 + int(std::count(body.begin, nul, QLatin1Char('\n'))));
+                           linesTrimmed + 1 + int(PLText::count(body.begin, nul, '\n')));
         body.end = textEnd = nul;
     }
     // The entries refer to the body where it stands. A section that has loaded no text yet
