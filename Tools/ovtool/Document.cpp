@@ -10,9 +10,11 @@
 #include "PLStatus.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <cstring>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -28,8 +30,22 @@ struct StandardInput
     QString reason; // why it cannot be read
 };
 
+StandardInput tooLarge()
+{
+    StandardInput input;
+    input.status = PL_FILE_TOO_LARGE;
+    input.reason = QStringLiteral("more than %1 MiB, larger than a file that is read")
+                       .arg(PL_MAX_FILE_SIZE / (1024 * 1024));
+    return input;
+}
+
 StandardInput readStandardInput()
 {
+    // A file given as standard input tells its size before it is read.
+    struct stat status;
+    if (::fstat(STDIN_FILENO, &status) == 0 && S_ISREG(status.st_mode)
+        && status.st_size > PL_MAX_FILE_SIZE)
+        return tooLarge();
     StandardInput input;
     char buffer[65536];
     for (;;) {
@@ -43,12 +59,8 @@ StandardInput readStandardInput()
             input.reason = QLatin1String("cannot read it: ") + QString::fromLocal8Bit(std::strerror(errno));
             break;
         }
-        if (input.bytes.size() + size > PL_MAX_FILE_SIZE) {
-            input.status = PL_FILE_TOO_LARGE;
-            input.reason = QStringLiteral("more than %1 MiB, larger than a file that is read")
-                               .arg(PL_MAX_FILE_SIZE / (1024 * 1024));
-            break;
-        }
+        if (input.bytes.size() + size > PL_MAX_FILE_SIZE)
+            return tooLarge();
         input.bytes.append(buffer, int(size));
     }
     return input;
@@ -93,8 +105,22 @@ int loadFailure(const QString& path, const CPLClickInfo& document, int status)
     return fail(exitStatus, sourceName(path), withSystemReason(getStatusText(status)));
 }
 
-int editorFailure(const CPLFileEditor& editor, int status, Step step)
+// What failed when the file could not be opened for an edit: reading it, or, when it reads,
+// opening it for writing.
+Step openStep(const QString& path, int status)
 {
+    const QFileInfo file(path);
+    return status == PL_FILE_OPEN_FAILED && file.isFile() && file.isReadable() ? Step::Write
+                                                                                : Step::Read;
+}
+
+// The editor's report names the lock file; the user named the file.
+int editorFailure(const QString& path, const CPLFileEditor& editor, int status, Step step)
+{
+    if (status == PL_FILE_LOCKED)
+        return fail(ExitLocked, path,
+                    getStatusText(status)
+                        + QStringLiteral(" (waited %1 s for it)").arg(PL_LOCK_WAIT_MS / 1000));
     return failWith(exitStatusOf(status, step), withSystemReason(editor.errorString()));
 }
 
@@ -152,19 +178,24 @@ QString keyAfterNul(const CPLClickInfo& document, const QString& path, const QSt
 
 int editFile(const QString& path, bool dryRun, const std::function<int(CPLFileEditor&)>& edit)
 {
+    // An edit changes a file that is there; it does not make one.
+    if (!QFileInfo::exists(path))
+        return fail(ExitCannotRead, path,
+                    getStatusText(PL_FILE_OPEN_FAILED) + QLatin1String(": ")
+                        + QString::fromLocal8Bit(std::strerror(ENOENT)));
     CPLFileEditor editor(path);
     int status = dryRun ? editor.openWithoutLock() : editor.open();
     if (status != PL_SUCCESS)
-        return editorFailure(editor, status, Step::Read);
+        return editorFailure(path, editor, status, openStep(path, status));
     status = edit(editor);
     if (status != PL_SUCCESS)
-        return editorFailure(editor, status, Step::Edit);
+        return editorFailure(path, editor, status, Step::Edit);
     if (dryRun) {
         writeOutputBytes(unifiedDiff(editor.originalBytes(), editor.editedBytes(), path));
         return ExitSuccess;
     }
     status = editor.commit();
-    return status == PL_SUCCESS ? ExitSuccess : editorFailure(editor, status, Step::Write);
+    return status == PL_SUCCESS ? ExitSuccess : editorFailure(path, editor, status, Step::Write);
 }
 
 QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, const QString& key)
