@@ -56,7 +56,7 @@ const struct
       "Field of View:\t12.5\t# cm\r\nFilter:\tGFP\r\nEmission filter:\tOpen\r\n",
       "|4||12.5||||GFP||||", nullptr },
     { "empty-click-number", "*** ClickNumber:\t\n*** photographic image:\tp\n", nullptr,
-      "line 1: section header without a key" },
+      "line 1: a section header without a key" },
     { "first-section-wins",
       "lead line\n*** ClickNumber:\tC3\n*** luminescent image:\ta\nf Number:\t1\nf Number:\t2\n"
       "*** luminescent image:\tb\nf Number:\t9\n*** photographic image:\tp\nf Number:\t4\n",

@@ -1,7 +1,10 @@
 // Runs the built ovtool on copies of the samples and of the inputs in tests/data/ovtool, and
 // checks its output against the golden files there, its exit statuses, its one-line error
-// reports, and the exact bytes that set and add leave in the file.
+// reports and warnings, the diffs of --dry-run, and the exact bytes that set, add, unset and
+// format leave in the file.
 
+#include "PLFileEditor.h"
+#include "PLStatus.h"
 #include "ParserLibrary.h"
 #include "TestUtil.h"
 
@@ -15,11 +18,16 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 const QString SAMPLES = L1(OVPARSER_SAMPLES "/");
 const QString DATA = L1(OVPARSER_TEST_DATA "/ovtool/");
 const QByteArray DICOM_IMAGE("\0\0\0\0DICM\x02\0\x10\0pixels\xff\x7f\0", 19);
+// What "nul.txt" holds after the sample's 100 lines: a key that no load reads.
+const QByteArray NUL_TAIL("\0Tail Key:\t5\n", 13);
 
 QByteArray golden(const char* name)
 {
@@ -55,8 +63,7 @@ const struct
     { "bad.txt", "\n\n*** ClickNumber:\tX1\r\nv:\t1\n\n*** Broken # note: here\r\nk:\tv\n" },
     { "noclick.txt", "*** ClickNumber:\t\r\nv:\t1\n\n" },
     { "none.txt", "just text\nand more: text\n" },
-    { "twice.txt", "*** A:\tx\r\nk:\tv\n\n*** a:\ty\r\nj:\tw\n\n\n" },
-    { "noblank.txt", "***A:\tx\r\nk:\tv\n\n*** B:\ty\r\nj:\tw\n\n\n" },
+    { "repeated.txt", "*** S:\tn\r\nk:\t1\nj:\t0\nk:\t2\n\n\n\n" },
     { "bare.dcm", DICOM_IMAGE },
     { "bad.xml", "<a>\n  <b></a>\n" },
     { "other.xml", "<a/>" },
@@ -85,7 +92,7 @@ protected:
         m_annotated = golden("annotated.txt");
         writeBytes(path("c.txt"), m_sample);
         writeBytes(path("annotated.txt"), m_annotated);
-        writeBytes(path("nul.txt"), m_sample + QByteArray("\0tail", 5));
+        writeBytes(path("nul.txt"), m_sample + NUL_TAIL);
         for (const auto& input : INPUTS)
             writeBytes(path(input.name), input.bytes);
         for (const char* name :
@@ -108,8 +115,10 @@ protected:
         writeBytes(m_dir.filePath(to), readBytes(from));
     }
 
-    // Runs ovtool with a UTF-8 locale; `shellPrefix`, when given, is run by sh before it.
-    Result ovtool(const QStringList& arguments, const QString& shellPrefix = QString()) const
+    // Runs ovtool with a UTF-8 locale and `input` on its standard input; `shellPrefix`, when
+    // given, is run by sh before it.
+    Result ovtool(const QStringList& arguments, const QString& shellPrefix = QString(),
+                  const QByteArray& input = QByteArray()) const
     {
         QProcess process;
         process.setWorkingDirectory(m_dir.path());
@@ -124,6 +133,8 @@ protected:
                 L1("sh"),
                 QStringList { L1("-c"), shellPrefix + L1("; exec \"$0\" \"$@\""), L1(OVTOOL_PATH) }
                     + arguments);
+        process.write(input);
+        process.closeWriteChannel();
         EXPECT_TRUE(process.waitForFinished(60000));
         Result result;
         if (process.exitStatus() == QProcess::NormalExit)
@@ -204,85 +215,106 @@ TEST_F(ovtoolTest, JsonListsCommentLinesOnlyWhenAsked)
 
 TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
 {
+    ASSERT_TRUE(QDir(m_dir.path()).mkdir(L1("folder.txt")));
+    // A FIFO is refused before it is opened: nothing waits for a writer.
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("fifo.txt")).constData(), 0600), 0);
     const QByteArray noSections = ": the file holds no sections (no line begins with \"***\")\n";
-    const QByteArray noKey = "ovtool: c.txt: section \"User Input\" has no key ";
+    const QByteArray noFile = ": the file cannot be opened: No such file or directory\n";
+    const QByteArray fifo = "ovtool: fifo.txt: not a regular file (a FIFO, device or socket";
+    const QByteArray noKey = "ovtool: c.txt:7: section \"User Input\" has no key ";
+    const QByteArray repeated
+        = ":4: section \"S\" holds key \"k\" on lines 2 and 4; it is not edited until one of "
+          "them is removed by hand\n";
     const struct
     {
         const char* arguments;
         int exitCode;
         QByteArray err;
     } cases[] = {
-        { "show|missing.txt", 1, "ovtool: missing.txt: cannot open the file\n" },
-        { "show|bad.txt", 1,
+        // 3: the file cannot be read.
+        { "show|missing.txt", 3, "ovtool: missing.txt" + noFile },
+        { "set|missing.txt|a|b|c", 3, "ovtool: missing.txt" + noFile },
+        { "add|missing.txt|a|b|c", 3, "ovtool: missing.txt" + noFile },
+        { "show|folder.txt", 3,
+          "ovtool: folder.txt: the file cannot be opened: Is a directory\n" },
+        { "set|folder.txt|a|b|c", 3, "ovtool: folder.txt: cannot write: Is a directory\n" },
+        { "show|fifo.txt", 3, fifo + " is never read or replaced)\n" },
+        { "unset|fifo.txt|a|b", 3, fifo + "); nothing written\n" },
+        { "settings|missing.txt", 3, "ovtool: missing.txt" + noFile },
+        { "spectral|missing.xml", 3, "ovtool: missing.xml" + noFile },
+        { "browse|c.txt", 3, "ovtool: c.txt: not a folder\n" },
+        // 4: the file does not load.
+        { "show|bad.txt", 4,
           "ovtool: bad.txt:6: malformed section header (a header is \"*** \", a key, a colon, and "
           "no \"#\" before the colon)\n" },
-        { "json|noclick.txt", 1,
-          "ovtool: noclick.txt:1: section header without a key, or a \"ClickNumber\" section "
+        { "set|bad.txt|ClickNumber|v|2", 4,
+          "ovtool: bad.txt:6: cannot be loaded: malformed section header (a header is \"*** \", "
+          "a key, a colon, and no \"#\" before the colon)\n" },
+        { "json|noclick.txt", 4,
+          "ovtool: noclick.txt:1: a section header without a key, or a \"ClickNumber\" section "
           "without a click number\n" },
-        { "show|none.txt", 1, "ovtool: none.txt" + noSections },
-        { "json|none.txt", 1, "ovtool: none.txt" + noSections },
-        { "get|none.txt|a|b", 1, "ovtool: none.txt" + noSections },
-        { "set|none.txt|a|b|c", 1, "ovtool: none.txt" + noSections },
-        { "add|none.txt|a|b|c", 1, "ovtool: none.txt" + noSections },
-        { "settings|none.txt", 1, "ovtool: none.txt" + noSections },
-        { "show|bare.dcm", 1, "ovtool: bare.dcm" + noSections },
+        { "show|none.txt", 4, "ovtool: none.txt" + noSections },
+        { "json|none.txt", 4, "ovtool: none.txt" + noSections },
+        { "get|none.txt|a|b", 4, "ovtool: none.txt" + noSections },
+        { "settings|none.txt", 4, "ovtool: none.txt" + noSections },
+        { "show|bare.dcm", 4, "ovtool: bare.dcm" + noSections },
+        { "spectral|bad.xml", 4,
+          "ovtool: bad.xml:2:9: malformed XML: Opening and ending tag mismatch.\n" },
+        { "spectral|other.xml", 4,
+          "ovtool: other.xml: not a spectral-analysis document (its root element is not "
+          "\"OV3.0.SpectralAnalysis\")\n" },
+        { "spectral|part.xml", 4,
+          "ovtool: part.xml: incomplete spectral-analysis document (it lacks its attributes, its "
+          "click list or its linear fit)\n" },
+        // 1: the section or key is not there.
         { "get|c.txt|Foo|Bar", 1, "ovtool: c.txt: no section \"Foo\"\n" },
-        { "set|c.txt|Foo|Bar|x", 1,
-          "ovtool: c.txt: no section \"Foo\" (use \"ovtool add\" to add it)\n" },
-        { "set|c.txt|User Input|Bar|x", 1, noKey + "\"Bar\" (use \"ovtool add\" to add it)\n" },
+        { "get|c.txt|User Input|Bar", 1, "ovtool: c.txt: section \"User Input\" has no key \"Bar\"\n" },
+        { "get|nul.txt|User Input|tail key", 1,
+          "ovtool: nul.txt:101: a NUL byte ends the text here; \"tail key\" stands after it and is "
+          "not read\n" },
+        { "set|c.txt|Foo|Bar|x", 1, "ovtool: c.txt: no section \"Foo\"\n" },
+        { "set|none.txt|a|b|c", 1, "ovtool: none.txt: no section \"a\"\n" },
+        { "set|c.txt|User Input|Bar|x", 1, noKey + "\"Bar\"\n" },
+        { "unset|c.txt|User Input|Bar", 1, noKey + "\"Bar\"\n" },
         // A comment line is not a key, though the library keys it "CommentLine 0".
-        { "set|c.txt|User Input|CommentLine 0|x", 1,
-          noKey + "\"CommentLine 0\" (use \"ovtool add\" to add it)\n" },
-        { "add|c.txt|user input|USER|x", 1,
-          "ovtool: c.txt: section \"user input\" already has key \"USER\" (use \"ovtool set\" to "
-          "change it)\n" },
-        // Files that a save would not write back as they were read are left alone.
-        { "set|nul.txt|User Input|User|x", 1,
-          "ovtool: nul.txt: line 101: a NUL byte ends the text; what follows it is not read; the "
-          "file is left as it was\n" },
-        { "set|twice.txt|A|k|v2", 1,
-          "ovtool: twice.txt: line 4: section \"a\" repeats the key of a section before it and "
-          "is left out; the file is left as it was\n" },
-        { "add|noblank.txt|B|n|1", 1,
-          "ovtool: noblank.txt: line 1: the section header \"***A:\tx\" has no blank after "
-          "\"***\", so it is also kept as a line before the first section and written twice; "
-          "the file is left as it was\n" },
-        // Text that the file cannot hold, or that would read back differently.
-        { "add|c.txt|User Input|Dose|5 \xe2\x82\xac", 1,
-          "ovtool: c.txt: the value \"5 \xe2\x82\xac\" holds characters outside Latin-1\n" },
-        { "add|c.txt|User Input|Dose|5\nmg", 1, "ovtool: c.txt: the value holds a line break\n" },
-        { "add|c.txt|User Input|Dose:mg|5", 1,
-          "ovtool: c.txt: the key \"Dose:mg\" holds a colon, which ends a key\n" },
-        { "add|c.txt|New # x|k|v", 1,
-          "ovtool: c.txt: the section key \"New # x\" holds a \"#\", which starts a comment\n" },
-        { "set|c.txt|User Input|User| Ana", 1,
-          "ovtool: c.txt: the value \" Ana\" begins or ends with white space, which reading "
-          "drops\n" },
-        { "settings|missing.txt", 1, "ovtool: missing.txt: cannot open the file\n" },
+        { "set|c.txt|User Input|CommentLine 0|x", 1, noKey + "\"CommentLine 0\"\n" },
         { "labels|c.txt", 1,
           "ovtool: c.txt: the file holds no label-name sets (no \"*** User Label Name Set:\" "
           "section)\n" },
-        { "spectral|missing.xml", 1, "ovtool: missing.xml: cannot open the file\n" },
-        { "spectral|bad.xml", 1,
-          "ovtool: bad.xml:2:9: malformed XML: Opening and ending tag mismatch.\n" },
-        { "spectral|other.xml", 1,
-          "ovtool: other.xml: not a spectral-analysis document (its root element is not "
-          "\"OV3.0.SpectralAnalysis\")\n" },
-        { "spectral|part.xml", 1,
-          "ovtool: part.xml: incomplete spectral-analysis document (it lacks its attributes, its "
-          "click list or its linear fit)\n" },
-        { "browse|c.txt", 1, "ovtool: c.txt: not a folder\n" },
-        // Usage errors.
+        // 7: the edit is refused.
+        { "add|c.txt|user input|USER|x", 7,
+          "ovtool: c.txt:7: section \"user input\" already has key \"USER\"\n" },
+        { "set|repeated.txt|S|k|3", 7, "ovtool: repeated.txt" + repeated },
+        { "unset|repeated.txt|S|K", 7,
+          "ovtool: repeated.txt" + replaced(repeated, "key \"k\"", "key \"K\"") },
+        { "set|--dry-run|repeated.txt|S|k|3", 7, "ovtool: repeated.txt" + repeated },
+        { "add|c.txt|User Input|Dose|5 \xe2\x82\xac", 7,
+          "ovtool: c.txt: the value \"5 \xe2\x82\xac\" holds characters outside Latin-1\n" },
+        { "add|c.txt|User Input|Dose|5\nmg", 7, "ovtool: c.txt: the value holds a line break\n" },
+        { "add|c.txt|User Input|Dose:mg|5", 7,
+          "ovtool: c.txt: the key \"Dose:mg\" holds a colon, which ends a key\n" },
+        { "add|c.txt|New # x|k|v", 7,
+          "ovtool: c.txt: the section key \"New # x\" holds a \"#\", which starts a comment\n" },
+        { "set|c.txt|User Input|User| Ana", 7,
+          "ovtool: c.txt: the value \" Ana\" begins or ends with white space, which reading "
+          "drops\n" },
+        // 2: usage errors.
         { "", 2, "ovtool: no command given; see \"ovtool --help\"\n" },
         { "frobnicate|c.txt", 2,
           "ovtool: unknown command \"frobnicate\"; see \"ovtool --help\"\n" },
         { "get|c.txt|User Input", 2,
           "ovtool: get: expected 3 arguments (FILE SECTION KEY), got 2; see \"ovtool get "
           "--help\"\n" },
+        { "unset|c.txt|User Input", 2,
+          "ovtool: unset: expected 3 arguments (FILE SECTION KEY), got 2; see \"ovtool unset "
+          "--help\"\n" },
         { "show|c.txt|annotated.txt", 2,
           "ovtool: show: expected 1 argument (FILE), got 2; see \"ovtool show --help\"\n" },
         { "show|--bogus|c.txt", 2,
           "ovtool: show: Unknown option 'bogus'; see \"ovtool show --help\"\n" },
+        // An option after a negative number is still an option.
+        { "set|c.txt|User Input|User|-5|--bogus", 2,
+          "ovtool: set: Unknown option 'bogus'; see \"ovtool set --help\"\n" },
         { "settings|--tag|ROI File|.", 2,
           "ovtool: settings: --tag applies to a settings file, not to a folder; see \"ovtool "
           "settings --help\"\n" },
@@ -300,7 +332,8 @@ TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
         EXPECT_EQ(result.out, QByteArray()) << c.arguments;
     }
     EXPECT_EQ(readBytes(path("c.txt")), m_sample);
-    EXPECT_EQ(readBytes(path("nul.txt")), m_sample + QByteArray("\0tail", 5));
+    EXPECT_EQ(readBytes(path("nul.txt")), m_sample + NUL_TAIL);
+    EXPECT_FALSE(QFileInfo::exists(path("missing.txt"))) << "an edit makes no file";
     for (const auto& input : INPUTS)
         EXPECT_EQ(readBytes(path(input.name)), input.bytes) << input.name;
 }
@@ -311,7 +344,7 @@ TEST_F(ovtoolTest, BrowseReportsAMalformedAcquisitionAndLeavesItOut)
     writeBytes(path("tree/sub/AB20261106000000_001/ClickInfo.txt"),
                "*** ClickNumber:\tAB20261106000000_001\n\n*** photographic image # x:\ty\n");
     const Result result = ovtool(args("browse|tree"));
-    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
               "ovtool: tree/sub/AB20261106000000_001/ClickInfo.txt: line 3: malformed section "
               "header (a header is \"*** \", a key, a colon, and no \"#\" before the colon); "
@@ -328,27 +361,247 @@ TEST_F(ovtoolTest, BrowseReportsAnUnreadableFolderAndLeavesItOut)
     if (!locked.keepsOut())
         GTEST_SKIP() << "this user reads a folder without permissions (root)";
     const Result result = ovtool(args("browse|tree"));
-    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
               "ovtool: tree/locked: cannot read the folder: Permission denied; left out\n");
     EXPECT_EQ(result.out, golden("browse-table.txt"));
 }
 
-TEST_F(ovtoolTest, VerboseAlsoPrintsTheLibraryDiagnostics)
+TEST_F(ovtoolTest, GlobalOptionsStandBeforeOrAfterTheCommand)
 {
-    const Result result = ovtool(args("--verbose|show|bad.txt"));
-    EXPECT_EQ(result.exitCode, 1);
-    const QList<QByteArray> lines = result.err.trimmed().split('\n');
-    ASSERT_EQ(lines.size(), 2) << result.err.toStdString();
-    EXPECT_TRUE(lines.first().startsWith("ovtool: ovparser: ")) << lines.first().toStdString();
-    EXPECT_TRUE(lines.last().startsWith("ovtool: bad.txt:6: malformed section header"));
+    const char* malformed = "ovtool: bad.txt:6: malformed section header";
+    // The library logs where the load stopped, then the warnings of what it read.
+    const char* diagnostic = "ovtool: ovparser.load: bad.txt:6: loading stopped: ";
+    const char* repeated = "ovtool: repeated.txt:4: section \"S\": a line repeats the key";
+    const struct
+    {
+        const char* arguments;
+        const char* shellPrefix;
+        int exitCode;
+        int lines; // on stderr
+        const char* first; // the start of the first line
+        const char* last; // the start of the last line
+    } cases[] = {
+        { "show|bad.txt", "", 4, 1, malformed, malformed },
+        { "--verbose|show|bad.txt", "", 4, 5, diagnostic, malformed },
+        { "show|bad.txt|--verbose", "", 4, 5, diagnostic, malformed },
+        // The logging rules silence the library's diagnostics, not the failure.
+        { "show|bad.txt|--verbose", "export QT_LOGGING_RULES='ovparser.*=false'", 4, 1, malformed,
+          malformed },
+        { "show|repeated.txt", "", 0, 1, repeated, repeated },
+        { "--quiet|show|repeated.txt", "", 0, 0, "", "" },
+        { "json|repeated.txt|--quiet", "", 0, 0, "", "" },
+        // --quiet silences warnings, not failures.
+        { "show|--quiet|bad.txt", "", 4, 1, malformed, malformed },
+    };
+    for (const auto& c : cases) {
+        const Result result = ovtool(args(c.arguments), L1(c.shellPrefix));
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
+        const QList<QByteArray> lines
+            = result.err.isEmpty() ? QList<QByteArray>() : result.err.trimmed().split('\n');
+        ASSERT_EQ(lines.size(), c.lines) << c.arguments << ": " << result.err.toStdString();
+        if (c.lines == 0)
+            continue;
+        EXPECT_TRUE(lines.first().startsWith(c.first)) << lines.first().toStdString();
+        EXPECT_TRUE(lines.last().startsWith(c.last)) << lines.last().toStdString();
+    }
+}
+
+TEST_F(ovtoolTest, ShowAndJsonPrintEachLineOfARepeatedKey)
+{
+    const QByteArray warnings
+        = "ovtool: repeated.txt:4: section \"S\": a line repeats the key of a line before it (\"k\" "
+          "on line 2); saving writes the last value on every line of the key, and an edit of it "
+          "is refused\n";
+    const Result show = ovtool(args("show|repeated.txt"));
+    EXPECT_EQ(show.exitCode, 0);
+    EXPECT_EQ(show.out, "*** S: n\n  k:  1\n  j:  0\n  k:  2\n");
+    EXPECT_EQ(show.err, warnings);
+
+    const Result json = ovtool(args("json|repeated.txt"));
+    EXPECT_EQ(json.exitCode, 0);
+    EXPECT_EQ(json.err, warnings);
+    const QJsonArray entries = QJsonDocument::fromJson(json.out)
+                                   .object()
+                                   .value(L1("sections"))
+                                   .toArray()
+                                   .at(0)
+                                   .toObject()
+                                   .value(L1("entries"))
+                                   .toArray();
+    QStringList shown;
+    for (const QJsonValue& entry : entries)
+        shown.append(entry.toObject().value(L1("key")).toString() + L1("=")
+                     + entry.toObject().value(L1("value")).toString());
+    EXPECT_EQ(shown, L1List({ "k=1", "j=0", "k=2" }));
+}
+
+TEST_F(ovtoolTest, ReadCommandsReadStandardInput)
+{
+    const struct
+    {
+        const char* arguments;
+        QByteArray input;
+        int exitCode;
+        QByteArray out;
+        QByteArray err;
+    } cases[] = {
+        { "get|-|user input|TREATMENT", m_sample, 0, "Vehicle\n", "" },
+        { "show|-", m_sample, 0, golden("show-sample.txt"), "" },
+        { "show|-", "*** A:\tx\nk:\t1\n\n\n\n", 0, "*** A: x\n  k:  1\n",
+          "ovtool: standard input:1: section \"A\": a line ends otherwise than saving ends it (CR "
+          "LF after a section header, LF after every other line)\n" },
+        { "get|-|A|k", "x", 4,
+          "", "ovtool: standard input: the file holds no sections (no line begins with \"***\")\n" },
+        { "json|-", "*** A:\tx\r\n*** B # c:\ty\r\n", 4, "",
+          "ovtool: standard input:2: malformed section header (a header is \"*** \", a key, a "
+          "colon, and no \"#\" before the colon)\n" },
+        { "get|-|A|k", QByteArray("*** A:\tx\r\n") + '\0' + "k:\t1\n", 1, "",
+          "ovtool: standard input:2: a NUL byte ends the text here; \"k\" stands after it and is "
+          "not read\n" },
+    };
+    for (const auto& c : cases) {
+        const Result result = ovtool(args(c.arguments), QString(), c.input);
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
+        EXPECT_EQ(result.out, c.out) << c.arguments;
+        EXPECT_EQ(result.err, c.err) << c.arguments;
+    }
+    EXPECT_EQ(QJsonDocument::fromJson(ovtool(args("json|-"), QString(), m_sample).out)
+                  .object()
+                  .value(L1("file"))
+                  .toString(),
+              L1("standard input"));
+}
+
+TEST_F(ovtoolTest, StandardInputLargerThanAFileIsRefused)
+{
+    // A sparse file one byte over the limit, given as standard input.
+    QFile big(path("big.bin"));
+    ASSERT_TRUE(big.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(big.resize(PL_MAX_FILE_SIZE + 1));
+    big.close();
+    const Result result = ovtool(args("show|-"), L1("exec < big.bin"));
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              "ovtool: standard input: more than 256 MiB, larger than a file that is read\n");
+    EXPECT_EQ(result.out, QByteArray());
+}
+
+// Hand-written files, each edited once: the whole file after the edit. Only the edited line
+// changes, whatever the rest holds.
+TEST_F(ovtoolTest, EditsChangeOnlyTheirLines)
+{
+    const QByteArray leading = "Acquisition log\n\n*** S:\tn\r\nA:\t1\n\n\n";
+    const QByteArray noLastLineEnd = "*** S:\tn\nA:\t1\nB:\t2";
+    const struct
+    {
+        QByteArray before;
+        const char* arguments; // after the command, the file
+        QByteArray after;
+    } cases[] = {
+        // CR LF, lone CR.
+        { "*** S:\tn\r\nA:\t1\r\nB:\t2\r\n\r\n", "set|S|A|9",
+          "*** S:\tn\r\nA:\t9\r\nB:\t2\r\n\r\n" },
+        { "*** S:\tn\rA:\t1\rB:\t2\r\r", "set|S|B|7", "*** S:\tn\rA:\t1\rB:\t7\r\r" },
+        // Blanks, a comment line, free text; the old inline comment stays.
+        { "*** S:\tn\n# note\nA :  1   # old\nfree text\n\n", "set|s|a|5",
+          "*** S:\tn\n# note\nA :  5\t# old\nfree text\n\n" },
+        // A negative number is a value.
+        { "*** S:\tn\r\nT:\t20\n\n\n", "set|S|T|-85", "*** S:\tn\r\nT:\t-85\n\n\n" },
+        // A byte order mark stays.
+        { "\xef\xbb\xbf*** S:\tn\r\nA:\t1\n\n\n", "unset|S|A", "\xef\xbb\xbf*** S:\tn\r\n\n\n" },
+        { leading, "add|S|B|2", "Acquisition log\n\n*** S:\tn\r\nA:\t1\nB:\t2\n\n\n" },
+        { leading, "add|T|K|v", "Acquisition log\n\n*** S:\tn\r\nA:\t1\n\n*** T:\t\r\nK:\tv\n\n\n" },
+        // The last line, without a line end.
+        { noLastLineEnd, "unset|S|B", "*** S:\tn\nA:\t1" },
+        { noLastLineEnd, "add|S|C|3", "*** S:\tn\nA:\t1\nB:\t2\nC:\t3" },
+        // An empty value is filled after its tab; a later section is edited in place.
+        { "*** S:\tn\r\nA:\t1\n\n*** U:\tm\r\nX:\t\n\n\n", "set|U|X|4",
+          "*** S:\tn\r\nA:\t1\n\n*** U:\tm\r\nX:\t4\n\n\n" },
+        // Another key of a key held twice is edited.
+        { "*** S:\tn\r\nk:\t1\nj:\t0\nk:\t2\n\n\n", "set|S|j|5",
+          "*** S:\tn\r\nk:\t1\nj:\t5\nk:\t2\n\n\n" },
+        // format writes what a save writes.
+        { "*** S:\tn\nA :  1\nB:\t2", "format", "*** S:\tn\r\nA:\t1\nB:\t2\n\n\n\n" },
+    };
+    for (const auto& c : cases) {
+        writeBytes(path("e.txt"), c.before);
+        QStringList arguments = args(c.arguments);
+        arguments.insert(1, L1("e.txt"));
+        const Result result = ovtool(arguments + QStringList(L1("--quiet")));
+        EXPECT_EQ(result.exitCode, 0) << c.arguments << result.err.toStdString();
+        EXPECT_EQ(readBytes(path("e.txt")), c.after) << c.arguments;
+        EXPECT_FALSE(QFileInfo::exists(path("e.txt.lock"))) << c.arguments;
+    }
+}
+
+TEST_F(ovtoolTest, DryRunPrintsTheDiffAndWritesNothing)
+{
+    const QByteArray crlf = "*** S:\tn\r\nA:\t1\r\nB:\t2\r\n\r\n";
+    const QByteArray noLastLineEnd = "*** S:\tn\nA:\t1\nB:\t2";
+    const QByteArray header = "--- e.txt\n+++ e.txt\n";
+    const struct
+    {
+        QByteArray before;
+        const char* arguments;
+        QByteArray diff;
+    } cases[] = {
+        { crlf, "set|--dry-run|e.txt|S|A|9",
+          header + "@@ -1,4 +1,4 @@\n *** S:\tn\r\n-A:\t1\r\n+A:\t9\r\n B:\t2\r\n \r\n" },
+        { noLastLineEnd, "add|e.txt|S|C|3|--dry-run",
+          header
+              + "@@ -1,3 +1,4 @@\n *** S:\tn\n A:\t1\n-B:\t2\n\\ No newline at end of file\n"
+                "+B:\t2\n+C:\t3\n\\ No newline at end of file\n" },
+        { noLastLineEnd, "unset|e.txt|S|A|--dry-run",
+          header + "@@ -1,3 +1,2 @@\n *** S:\tn\n-A:\t1\n B:\t2\n\\ No newline at end of file\n" },
+        // Three lines of context; a second change far enough away is a hunk of its own.
+        { "*** S:\tn\n1:\ta\n2:\tb\n3:\tc\n4:\td\n5:\te\n6:\tf\n7:\tg\n8:\th\n9:\ti\n", "format|e.txt|--dry-run",
+          header + "@@ -1,4 +1,4 @@\n-*** S:\tn\n+*** S:\tn\r\n 1:\ta\n 2:\tb\n 3:\tc\n"
+                   "@@ -8,3 +8,6 @@\n 7:\tg\n 8:\th\n 9:\ti\n+\n+\n+\n" },
+        // Nothing to change, nothing printed.
+        { "*** S:\tn\r\nA:\t1\n\n\n\n", "format|--dry-run|e.txt", "" },
+        { m_sample, "unset|--dry-run|e.txt|User Input|Group",
+          header + "@@ -7,7 +7,6 @@\n *** User Input:\tOrvane Universal\r\n # Labels entered at the "
+                   "instrument when the image was taken\n User:\tKatrin Lenz\n-Group:\tTumor Models "
+                   "Core\n Experiment:\tEXP-0412 4T1-luc2 flank growth\n Comment1:\tDay 7 after "
+                   "implant\n Comment2:\t\n" },
+    };
+    for (const auto& c : cases) {
+        writeBytes(path("e.txt"), c.before);
+        const Result result = ovtool(args(c.arguments));
+        EXPECT_EQ(result.exitCode, 0) << c.arguments;
+        EXPECT_EQ(result.out, c.diff) << c.arguments;
+        EXPECT_EQ(readBytes(path("e.txt")), c.before) << c.arguments;
+    }
+}
+
+TEST_F(ovtoolTest, FormatListsTheWarningsOnStderr)
+{
+    writeBytes(path("e.txt"), "*** S:\tn\nA :  1\nB:\t2");
+    const Result result = ovtool(args("format|e.txt"));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, QByteArray());
+    EXPECT_EQ(result.err,
+              "ovtool: e.txt:1: section \"S\": a line ends otherwise than saving ends it (CR LF "
+              "after a section header, LF after every other line)\n"
+              "ovtool: e.txt:2: section \"S\": a line has blanks around a key, a value or a text, "
+              "which saving drops\n"
+              "ovtool: e.txt:3: section \"S\": saving drops or adds blank lines or white space "
+              "here (it writes no blank line before a section's first line, one empty line after "
+              "each section and two line feeds at the end of the file)\n");
+    // Formatted, the file gives no warning.
+    EXPECT_EQ(succeed("format|e.txt"), QByteArray());
 }
 
 TEST_F(ovtoolTest, SetChangesOnlyTheValue)
 {
     // The inline comment of the old value stays; a value with its own "#" replaces it.
     succeed("set|c.txt|user input|treatment|Saline");
-    succeed("set|c.txt|Camera System Info|Stage Temperature|36.5 # cold stage");
+    const Result hash = ovtool(args("set|c.txt|Camera System Info|Stage Temperature|36.5 # cold stage"));
+    EXPECT_EQ(hash.exitCode, 0);
+    EXPECT_EQ(hash.err,
+              "ovtool: c.txt: a \"#\" starts a comment in these files: get will read \"36.5\"; get "
+              "--raw reads the whole text\n");
     QByteArray expected = replaced(m_sample, "Treatment:\tVehicle\t#", "Treatment:\tSaline\t#");
     expected = replaced(expected, "37.0\t# warmed stage", "36.5 # cold stage");
     EXPECT_EQ(readBytes(path("c.txt")), expected);
@@ -361,7 +614,7 @@ TEST_F(ovtoolTest, SetChangesOnlyTheValue)
 
 TEST_F(ovtoolTest, AddAppendsTheKeyAndItsSection)
 {
-    succeed("add|c.txt|User Input|Weight|21.4 # g");
+    EXPECT_EQ(ovtool(args("add|c.txt|User Input|Weight|21.4 # g|--quiet")).err, QByteArray());
     succeed("add|c.txt|Scale|Units|cm");
     EXPECT_EQ(
         readBytes(path("c.txt")),
@@ -374,10 +627,65 @@ TEST_F(ovtoolTest, AFailedSaveLeavesTheFileAsItWas)
     const QStringList files = QDir(m_dir.path()).entryList(QDir::Files);
     // A file size limit of one block, below the sample's size, makes the write fail.
     const Result result = ovtool(args("set|c.txt|User Input|User|Ana"), L1("ulimit -f 1"));
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.err, "ovtool: c.txt: cannot write the file; it is left as it was\n");
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_EQ(result.err, "ovtool: c.txt: cannot write: File too large\n");
     EXPECT_EQ(readBytes(path("c.txt")), m_sample);
     EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files), files) << "no temporary file is left";
+}
+
+TEST_F(ovtoolTest, AReadOnlyFileIsNotWritten)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root writes a read-only file";
+    ASSERT_TRUE(QFile::setPermissions(path("c.txt"), QFile::ReadOwner));
+    const Result result = ovtool(args("set|c.txt|User Input|User|Ana"));
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_EQ(result.err, "ovtool: c.txt: cannot open for writing: Permission denied\n");
+    EXPECT_EQ(readBytes(path("c.txt")), m_sample);
+}
+
+TEST_F(ovtoolTest, ALockedFileWaitsThenFails)
+{
+    CPLFileEditor holder(path("c.txt"));
+    ASSERT_EQ(holder.open(), PL_SUCCESS);
+    const Result result = ovtool(args("set|c.txt|User Input|User|Ana"));
+    holder.cancel();
+    EXPECT_EQ(result.exitCode, 6);
+    EXPECT_EQ(result.err,
+              "ovtool: c.txt: the file is locked by another editor (waited 5 s for it)\n");
+    EXPECT_EQ(readBytes(path("c.txt")), m_sample);
+}
+
+// Two editors at once, each setting its own keys: every edit stays, since each reads the
+// file under its lock.
+TEST_F(ovtoolTest, ConcurrentEditsKeepEveryEdit)
+{
+    const int edits = 50;
+    QByteArray file = "*** S:\tn\r\n";
+    for (const char* prefix : { "a", "b" }) {
+        for (int i = 1; i <= edits; ++i)
+            file += prefix + QByteArray::number(i) + ":\t0\n";
+    }
+    writeBytes(path("e.txt"), file + "\n\n\n");
+    const QString loop = QStringLiteral("for i in $(seq 1 %1); do \"$0\" set e.txt S %2$i $i "
+                                        "|| exit 1; done");
+    QProcess editors[2];
+    const char* prefixes[] = { "a", "b" };
+    for (int e = 0; e < 2; ++e) {
+        editors[e].setWorkingDirectory(m_dir.path());
+        editors[e].start(L1("sh"), { L1("-c"), loop.arg(edits).arg(L1(prefixes[e])),
+                                     L1(OVTOOL_PATH) });
+    }
+    for (QProcess& editor : editors) {
+        ASSERT_TRUE(editor.waitForFinished(120000));
+        EXPECT_EQ(editor.exitCode(), 0) << editor.readAllStandardError().toStdString();
+    }
+    QByteArray expected = "*** S:\tn\r\n";
+    for (const char* prefix : prefixes) {
+        for (int i = 1; i <= edits; ++i)
+            expected += prefix + QByteArray::number(i) + ":\t" + QByteArray::number(i) + '\n';
+    }
+    EXPECT_EQ(readBytes(path("e.txt")), expected + "\n\n\n");
 }
 
 TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
@@ -394,13 +702,21 @@ TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
 TEST_F(ovtoolTest, HelpAndVersion)
 {
     const QByteArray toolHelp = succeed("--help");
-    for (const char* command :
-         { "show", "get", "set", "add", "json", "settings", "labels", "spectral", "browse" }) {
+    for (const char* command : { "show", "get", "set", "add", "unset", "format", "json",
+                                 "settings", "labels", "spectral", "browse" }) {
         EXPECT_TRUE(toolHelp.contains(QByteArray("\n  ") + command + ' ')) << command;
         const QByteArray help = succeed(QByteArray(command).append("|--help").constData());
         EXPECT_TRUE(help.startsWith(QByteArray("Usage: ovtool ") + command + " [options] "));
-        EXPECT_TRUE(help.contains("\nExit status:\n")) << command;
+        EXPECT_TRUE(help.contains("\n  --quiet ")) << command;
+        EXPECT_TRUE(help.contains("\nExit status:\n  0  success\n")) << command;
+        EXPECT_TRUE(help.contains("\n  6  the file is locked by another editor, still after "
+                                  "waiting 5 s\n"))
+            << command;
     }
+    for (const char* command : { "set", "add", "unset", "format" })
+        EXPECT_TRUE(succeed(QByteArray(command).append("|--help").constData())
+                        .contains("\n  --dry-run "))
+            << command;
     EXPECT_EQ(succeed("--version"),
               "ovtool " OVPARSER_VERSION_STRING "\novparser library "
                   + CParserLibrary::version().toLatin1() + '\n');

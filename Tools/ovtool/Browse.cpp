@@ -1,6 +1,7 @@
 #include "Browse.h"
 
 #include "Document.h"
+#include "Tool.h"
 
 #include "PLClickInfo.h"
 #include "PLConstants.h"
@@ -53,8 +54,8 @@ QString cellText(int column, const QString& value)
 
 QString reasonAt(int line, int status)
 {
-    return line > 0 ? QStringLiteral("line %1: %2").arg(line).arg(loadFailure(status))
-                    : loadFailure(status);
+    return line > 0 ? QStringLiteral("line %1: %2").arg(line).arg(getStatusText(status))
+                    : withSystemReason(getStatusText(status));
 }
 
 // Why a file that loaded cannot be browsed; empty when it can.

@@ -111,7 +111,7 @@ int runBrowse(const QStringList& arguments)
     }
     const QString folder = commandLine.argument(0);
     if (!QFileInfo(folder).isDir())
-        return fail(folder, QStringLiteral("not a folder"));
+        return fail(ExitCannotRead, folder, QStringLiteral("not a folder"));
 
     OvBrowse::Result result;
     {
@@ -120,7 +120,7 @@ int runBrowse(const QStringList& arguments)
             = OvBrowse::browse(folder, [&](int done, int total) { progress.update(done, total); });
     }
     for (const OvBrowse::Skipped& skipped : qAsConst(result.skipped))
-        fail(skipped.path, skipped.reason + QLatin1String("; left out"));
+        fail(ExitCannotRead, skipped.path, skipped.reason + QLatin1String("; left out"));
     if (sortColumn >= 0)
         OvBrowse::sortRows(result.rows, sortColumn, commandLine.isSet(QStringLiteral("reverse")));
 
@@ -130,5 +130,5 @@ int runBrowse(const QStringList& arguments)
         standardOutput() << OvBrowse::csvText(result.rows);
     else
         standardOutput() << OvBrowse::tableText(result.rows);
-    return result.skipped.isEmpty() ? ExitSuccess : ExitFailure;
+    return result.skipped.isEmpty() ? ExitSuccess : ExitCannotRead;
 }

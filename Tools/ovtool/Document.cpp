@@ -1,109 +1,201 @@
 #include "Document.h"
 
+#include "Diff.h"
 #include "Tool.h"
 
 #include "PLClickInfo.h"
+#include "PLFileEditor.h"
+#include "PLLoadWarning.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 
 #include <QFile>
+#include <QFileInfo>
 
-#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
 const QString NO_SECTIONS
     = QStringLiteral("the file holds no sections (no line begins with \"***\")");
 
-// Where a load stopped: the line of the file, or of the last metadata copy of a DICOM file.
-QString lineLocation(const QString& path, int line)
+// Standard input, read once, as a file is: at most PL_MAX_FILE_SIZE bytes.
+struct StandardInput
 {
-    return isDicomPath(path)
-        ? QStringLiteral("%1 (last metadata copy, line %2)").arg(path).arg(line)
-        : QStringLiteral("%1:%2").arg(path).arg(line);
+    QByteArray bytes;
+    int status = PL_SUCCESS;
+    QString reason; // why it cannot be read
+};
+
+StandardInput tooLarge()
+{
+    StandardInput input;
+    input.status = PL_FILE_TOO_LARGE;
+    input.reason = QStringLiteral("more than %1 MiB, larger than a file that is read")
+                       .arg(PL_MAX_FILE_SIZE / (1024 * 1024));
+    return input;
 }
 
-bool readFile(const QString& path, QByteArray* bytes)
+StandardInput readStandardInput()
 {
+    // A file given as standard input tells its size before it is read.
+    struct stat status;
+    if (::fstat(STDIN_FILENO, &status) == 0 && S_ISREG(status.st_mode)
+        && status.st_size > PL_MAX_FILE_SIZE)
+        return tooLarge();
+    StandardInput input;
+    char buffer[65536];
+    for (;;) {
+        const ssize_t size = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (size == 0)
+            break;
+        if (size < 0 && errno == EINTR)
+            continue;
+        if (size < 0) {
+            input.status = PL_FILE_OPEN_FAILED;
+            input.reason = QLatin1String("cannot read it: ") + QString::fromLocal8Bit(std::strerror(errno));
+            break;
+        }
+        if (input.bytes.size() + size > PL_MAX_FILE_SIZE)
+            return tooLarge();
+        input.bytes.append(buffer, int(size));
+    }
+    return input;
+}
+
+const StandardInput& standardInput()
+{
+    static const StandardInput input = readStandardInput();
+    return input;
+}
+
+// The bytes of the file, or of standard input, as they stand.
+QByteArray rawBytes(const QString& path)
+{
+    if (isStandardInput(path))
+        return standardInput().bytes;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    *bytes = file.readAll();
-    return file.error() == QFileDevice::NoError;
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 int loadStatus(const QString& path, CPLClickInfo* document)
 {
-    if (!isDicomPath(path))
-        return document->loadClickInfo(path, false);
-    QByteArray bytes;
-    if (!readFile(path, &bytes))
-        return PL_FILE_OPEN_FAILED;
-    return document->loadClickInfoDcm(bytes.constData(), bytes.size());
+    if (!isStandardInput(path))
+        return document->loadClickInfo(path);
+    const StandardInput& input = standardInput();
+    if (input.status != PL_SUCCESS)
+        return input.status;
+    return document->loadClickInfoBytes(input.bytes.constData(), input.bytes.size(),
+                                        sourceName(path));
+}
+
+// The report of a load that failed with `status`.
+int loadFailure(const QString& path, const CPLClickInfo& document, int status)
+{
+    const int exitStatus = exitStatusOf(status, Step::Read);
+    const int line = document.getLastErrorLine();
+    if (line > 0)
+        return fail(exitStatus, QStringLiteral("%1:%2").arg(sourceName(path)).arg(line),
+                    getStatusText(status));
+    if (isStandardInput(path) && !standardInput().reason.isEmpty())
+        return fail(exitStatus, sourceName(path), standardInput().reason);
+    return fail(exitStatus, sourceName(path), withSystemReason(getStatusText(status)));
+}
+
+// What failed when the file could not be opened for an edit: reading it, or, when it reads,
+// opening it for writing.
+Step openStep(const QString& path, int status)
+{
+    const QFileInfo file(path);
+    return status == PL_FILE_OPEN_FAILED && file.isFile() && file.isReadable() ? Step::Write
+                                                                                : Step::Read;
+}
+
+// The editor's report names the lock file; the user named the file.
+int editorFailure(const QString& path, const CPLFileEditor& editor, int status, Step step)
+{
+    if (status == PL_FILE_LOCKED)
+        return fail(ExitLocked, path,
+                    getStatusText(status)
+                        + QStringLiteral(" (waited %1 s for it)").arg(PL_LOCK_WAIT_MS / 1000));
+    return failWith(exitStatusOf(status, step), withSystemReason(editor.errorString()));
 }
 
 } // namespace
 
-QString loadFailure(int status)
+bool isStandardInput(const QString& path)
 {
-    switch (status) {
-    case PL_FILE_OPEN_FAILED:
-        return QStringLiteral("cannot open the file");
-    case PL_MALFORMED_SECTION_HEADER:
-        return QStringLiteral("malformed section header (a header is \"*** \", a key, a colon, "
-                              "and no \"#\" before the colon)");
-    case PL_NOTHING_TO_WORK_ON:
-        return QStringLiteral("section header without a key, or a \"ClickNumber\" section "
-                              "without a click number");
-    default:
-        return QStringLiteral("cannot load the file (library status %1)").arg(status);
-    }
+    return path == QLatin1String("-");
 }
 
-bool isDicomPath(const QString& path)
+QString sourceName(const QString& path)
 {
-    return path.endsWith(QLatin1String(".dcm"));
+    return isStandardInput(path) ? QStringLiteral("standard input") : path;
 }
 
-bool loadDocument(const QString& path, CPLClickInfo* document)
+int loadDocument(const QString& path, CPLClickInfo* document)
 {
     const int status = loadStatus(path, document);
+    if (status != PL_SUCCESS && status != PL_NOTHING_TO_WORK_ON)
+        return loadFailure(path, *document, status);
     int sections = 0;
     document->getSectionCount(&sections);
     if (status == PL_SUCCESS && sections > 0)
-        return true;
-    const int line = document->getLastErrorLine();
-    if (line > 0)
-        fail(lineLocation(path, line), loadFailure(status));
-    else if (status == PL_SUCCESS || status == PL_NOTHING_TO_WORK_ON)
-        fail(path, NO_SECTIONS);
-    else
-        fail(path, loadFailure(status));
-    return false;
-}
-
-bool loadDocumentForEditing(const QString& path, CPLClickInfo* document)
-{
-    if (!loadDocument(path, document))
-        return false;
-    // Saving would change what the load could not keep as it stood: refuse to rewrite.
-    const QStringList warnings = document->getLoadWarnings();
-    if (warnings.isEmpty())
-        return true;
-    fail(path, warnings.first() + QLatin1String("; the file is left as it was"));
-    return false;
-}
-
-int saveDocument(const CPLClickInfo& document, const QString& path)
-{
-    switch (document.saveClickInfo(path)) {
-    case PL_SUCCESS:
         return ExitSuccess;
-    case PL_FILE_OPEN_FAILED:
-        return fail(path, QStringLiteral("cannot open the file for writing; it is left as it was"));
-    default:
-        return fail(path, QStringLiteral("cannot write the file; it is left as it was"));
+    if (document->getLastErrorLine() > 0)
+        return loadFailure(path, *document, status);
+    return fail(ExitMalformed, sourceName(path), NO_SECTIONS);
+}
+
+void warnOfLoad(const QList<CPLLoadWarning>& warnings)
+{
+    for (const CPLLoadWarning& warning : warnings)
+        warn(warning.toString());
+}
+
+QString keyAfterNul(const CPLClickInfo& document, const QString& path, const QString& key)
+{
+    const QList<CPLLoadWarning> warnings = document.getLoadWarningList();
+    for (const CPLLoadWarning& warning : warnings) {
+        if (warning.kind() != CPLLoadWarning::NulByte)
+            continue;
+        const QByteArray bytes = rawBytes(path);
+        const int nul = bytes.indexOf('\0');
+        const QByteArray keyLine = key.toLatin1().toLower() + ':';
+        if (nul < 0 || !bytes.mid(nul + 1).toLower().contains(keyLine))
+            return QString();
+        return QStringLiteral("%1:%2: a NUL byte ends the text here; %3 stands after it and is "
+                              "not read")
+            .arg(sourceName(path))
+            .arg(warning.line())
+            .arg(quoted(key));
     }
+    return QString();
+}
+
+int editFile(const QString& path, bool dryRun, const std::function<int(CPLFileEditor&)>& edit)
+{
+    // An edit changes a file that is there; it does not make one.
+    if (!QFileInfo::exists(path))
+        return fail(ExitCannotRead, path,
+                    getStatusText(PL_FILE_OPEN_FAILED) + QLatin1String(": ")
+                        + QString::fromLocal8Bit(std::strerror(ENOENT)));
+    CPLFileEditor editor(path);
+    int status = dryRun ? editor.openWithoutLock() : editor.open();
+    if (status != PL_SUCCESS)
+        return editorFailure(path, editor, status, openStep(path, status));
+    status = edit(editor);
+    if (status != PL_SUCCESS)
+        return editorFailure(path, editor, status, Step::Edit);
+    if (dryRun) {
+        writeOutputBytes(unifiedDiff(editor.originalBytes(), editor.editedBytes(), path));
+        return ExitSuccess;
+    }
+    status = editor.commit();
+    return status == PL_SUCCESS ? ExitSuccess : editorFailure(path, editor, status, Step::Write);
 }
 
 QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, const QString& key)
@@ -129,6 +221,8 @@ QString unwritableText(const QString& text, TextRole role)
     case CPLSection::TextFault::LineBreak:
         // Not quoted: a line break cannot be shown in a one-line report.
         return what + QLatin1String(" holds a line break");
+    case CPLSection::TextFault::Nul:
+        return what + QLatin1String(" holds a NUL character, which ends the text of a file");
     case CPLSection::TextFault::NotLatin1:
         return named + QLatin1String(" holds characters outside Latin-1");
     case CPLSection::TextFault::OuterWhiteSpace:
@@ -147,20 +241,28 @@ QString unwritableText(const QString& text, TextRole role)
     return QString();
 }
 
+void warnOfComment(const QString& path, const QString& value)
+{
+    const int hash = value.indexOf(QLatin1Char('#'));
+    if (hash >= 0)
+        warn(path + QLatin1String(": a \"#\" starts a comment in these files: get will read ")
+             + quoted(value.left(hash).trimmed())
+             + QLatin1String("; get --raw reads the whole text"));
+}
+
 QVector<Entry> entriesOf(const CPLSection& section)
 {
     QVector<Entry> entries;
     const QStringList keys = section.getEntryKeys();
-    for (const QString& key : keys) {
+    const QStringList values = section.getEntryValues(false);
+    const QStringList rawValues = section.getEntryValues(true);
+    for (int i = 0; i < keys.size(); ++i) {
         Entry entry;
-        entry.isComment = CPLSection::isCommentKey(key);
-        section.getRawValue(key, &entry.rawValue);
-        if (entry.isComment) {
-            entry.value = entry.rawValue;
-        } else {
-            entry.key = key;
-            section.getValue(key, &entry.value);
-        }
+        entry.isComment = CPLSection::isCommentKey(keys.at(i));
+        entry.rawValue = rawValues.value(i);
+        entry.value = entry.isComment ? entry.rawValue : values.value(i);
+        if (!entry.isComment)
+            entry.key = keys.at(i);
         entries.append(entry);
     }
     return entries;

@@ -1,33 +1,41 @@
 #ifndef OVTOOL_DOCUMENT_H
 #define OVTOOL_DOCUMENT_H
 
-// Loading and saving the document a command works on, with one-line reports of what fails,
-// and the checks that keep an edit from losing or garbling text.
+// Loading the document a command reads, and editing a file in its own bytes, with one-line
+// reports of what fails, the load warnings, and the checks that keep an edit from losing or
+// garbling text.
 
 #include "PLSection.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
+#include <functional>
+
 class CPLClickInfo;
-class CPLSection;
+class CPLFileEditor;
+class CPLLoadWarning;
 
-// Whether `path` names a DICOM file whose metadata is appended to its image data: the rule
-// saveClickInfo() follows, a path ending in ".dcm" in that case.
-bool isDicomPath(const QString& path);
+// "-", which names standard input for the commands that read.
+bool isStandardInput(const QString& path);
+// How messages name the file: its path as given, or "standard input".
+QString sourceName(const QString& path);
 
-// What a load status other than success means, in words.
-QString loadFailure(int status);
+// Loads the document at `path` (CPLClickInfo::loadClickInfo(): a DICOM path from its last
+// metadata copy), or standard input for "-", up to PL_MAX_FILE_SIZE bytes. On failure, also
+// when the file holds no section at all, reports it; returns the exit status.
+int loadDocument(const QString& path, CPLClickInfo* document);
+// Prints each load warning as a line on stderr (unless --quiet).
+void warnOfLoad(const QList<CPLLoadWarning>& warnings);
+// Why `key`, which the document lacks, is not read: the file holds it after a NUL byte,
+// which ends the text; an empty string otherwise.
+QString keyAfterNul(const CPLClickInfo& document, const QString& path, const QString& key);
 
-// Loads the document at `path`, from the last metadata copy for a DICOM path. On failure,
-// also when the file holds no section at all, reports it and returns false.
-bool loadDocument(const QString& path, CPLClickInfo* document);
-// loadDocument(), refusing a file that saving would not write back as it was read (a NUL
-// byte, a repeated section key, a header without a blank after its asterisks...): the
-// library's first load warning is reported.
-bool loadDocumentForEditing(const QString& path, CPLClickInfo* document);
-// Saves the document to `path` (appending for a DICOM path); returns the exit status.
-int saveDocument(const CPLClickInfo& document, const QString& path);
+// Edits the file at `path` with `edit` through CPLFileEditor: opens it with its lock, edits,
+// commits. With `dryRun`, opens it without the lock and prints the change as a unified diff
+// instead of writing. Failures are reported; returns the exit status.
+int editFile(const QString& path, bool dryRun, const std::function<int(CPLFileEditor&)>& edit);
 
 // The report for a section or key (not a comment line) that `document` lacks; an empty
 // string when both are present.
@@ -37,6 +45,8 @@ using TextRole = CPLSection::TextRole;
 // Why `text` cannot be written in the file as a `role` and read back the same, in words for
 // the user (CPLSection::textFault()); an empty string when it can.
 QString unwritableText(const QString& text, TextRole role);
+// Warns, when `value` holds a "#", of what it reads back as (unless --quiet).
+void warnOfComment(const QString& path, const QString& value);
 
 // One entry of a section as shown: a key and its value, or a comment line (key empty, the
 // line's text in `value` and `rawValue`).
@@ -47,7 +57,8 @@ struct Entry
     QString rawValue;
     bool isComment = false;
 };
-// The section's entries in file order, comment lines included.
+// The section's entries in file order, comment lines included; a key written on several
+// lines gives each line with its own value.
 QVector<Entry> entriesOf(const CPLSection& section);
 // The section's name, without its inline comment unless `raw`.
 QString nameOf(const CPLSection& section, bool raw);

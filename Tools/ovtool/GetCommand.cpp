@@ -10,7 +10,7 @@ int runGet(const QStringList& arguments)
     CommandLine commandLine(QStringLiteral("get"),
                             QStringLiteral("Prints the value of KEY in SECTION alone on a line,\n"
                                            "without its inline comment (from a \"#\" on)."));
-    addEntryArguments(commandLine);
+    addEntryArguments(commandLine, readFileArgumentHelp());
     commandLine.addOption(QStringLiteral("raw"),
                           QStringLiteral("Prints the value as stored, inline comment included."));
     if (const auto done = commandLine.parse(arguments))
@@ -20,11 +20,14 @@ int runGet(const QStringList& arguments)
     const QString sectionKey = commandLine.argument(1);
     const QString key = commandLine.argument(2);
     CPLClickInfo document;
-    if (!loadDocument(path, &document))
-        return ExitFailure;
+    if (const int status = loadDocument(path, &document))
+        return status;
     const QString missing = missingEntry(document, sectionKey, key);
-    if (!missing.isEmpty())
-        return fail(path, missing);
+    if (!missing.isEmpty()) {
+        const QString afterNul = keyAfterNul(document, path, key);
+        return afterNul.isEmpty() ? fail(ExitNotFound, sourceName(path), missing)
+                                  : failWith(ExitNotFound, afterNul);
+    }
 
     const CPLSection* section = document[sectionKey];
     QString value;

@@ -64,17 +64,18 @@ int runJson(const QStringList& arguments)
 {
     CommandLine commandLine(QStringLiteral("json"),
                             QStringLiteral("Prints the document in FILE as JSON."));
-    commandLine.addArgument(QStringLiteral("FILE"), fileArgumentHelp());
+    commandLine.addArgument(QStringLiteral("FILE"), readFileArgumentHelp());
     commandLine.addOption(QStringLiteral("comments"),
                           QStringLiteral("Also lists the comment lines of each section in place."));
-    commandLine.setNotes(SHAPE_HELP);
+    commandLine.setNotes(SHAPE_HELP + WARNINGS_NOTE);
     if (const auto done = commandLine.parse(arguments))
         return *done;
 
     const QString path = commandLine.argument(0);
     CPLClickInfo document;
-    if (!loadDocument(path, &document))
-        return ExitFailure;
+    if (const int status = loadDocument(path, &document))
+        return status;
+    warnOfLoad(document.getLoadWarningList());
 
     QJsonArray sections;
     const QStringList sectionKeys = document.getSectionKeys();
@@ -83,7 +84,7 @@ int runJson(const QStringList& arguments)
             sectionObject(*document[sectionKey], commandLine.isSet(QStringLiteral("comments"))));
     QString clickNumber;
     document.getClickNumber(&clickNumber);
-    const QJsonObject root { { QStringLiteral("file"), path },
+    const QJsonObject root { { QStringLiteral("file"), sourceName(path) },
                              { QStringLiteral("clickNumber"), clickNumber },
                              { QStringLiteral("leadingLines"),
                                QJsonArray::fromStringList(document.getLeadingLines()) },

@@ -48,11 +48,11 @@ int runLabels(const QStringList& arguments)
 
     const QString path = commandLine.argument(0);
     CPLLabelDataSet labels;
-    if (!loadDocument(path, &labels))
-        return ExitFailure;
+    if (const int status = loadDocument(path, &labels))
+        return status;
     const QStringList setNames = labels.getLabelSetNames();
     if (setNames.isEmpty())
-        return fail(path,
+        return fail(ExitNotFound, path,
                     QStringLiteral("the file holds no label-name sets (no \"*** User Label "
                                    "Name Set:\" section)"));
 

@@ -97,8 +97,8 @@ int runSettings(const QStringList& arguments)
         }
         settings.setLoadMode(CPLSettingsFileWrapper::LM_FOLDER);
         settings.setFolderPath(path);
-    } else if (!loadDocument(path, &settings)) {
-        return ExitFailure;
+    } else if (const int status = loadDocument(path, &settings)) {
+        return status;
     }
     settings.setUseSectionNameForMenuName(commandLine.isSet(QStringLiteral("section-names")));
 

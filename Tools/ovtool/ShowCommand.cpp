@@ -56,20 +56,22 @@ int runShow(const QStringList& arguments)
         QStringLiteral("show"),
         QStringLiteral("Prints the lines before the first section of FILE, then every section\n"
                        "in file order: its header line, then its keys with their values aligned."));
-    commandLine.addArgument(QStringLiteral("FILE"), fileArgumentHelp());
+    commandLine.addArgument(QStringLiteral("FILE"), readFileArgumentHelp());
     commandLine.addOption(QStringLiteral("raw"),
                           QStringLiteral("Keeps the inline comments (from a \"#\" on) of values "
                                          "and section names."));
     commandLine.addOption(
         QStringLiteral("comments"),
         QStringLiteral("Also prints the comment lines of each section in place."));
+    commandLine.setNotes(WARNINGS_NOTE);
     if (const auto done = commandLine.parse(arguments))
         return *done;
 
     const QString path = commandLine.argument(0);
     CPLClickInfo document;
-    if (!loadDocument(path, &document))
-        return ExitFailure;
+    if (const int status = loadDocument(path, &document))
+        return status;
+    warnOfLoad(document.getLoadWarningList());
 
     QTextStream& out = standardOutput();
     const QStringList leadingLines = document.getLeadingLines();

@@ -52,20 +52,22 @@ double jsonNumber(double value)
 std::optional<int> load(const QString& path, CPLSpectralWrapper* wrapper)
 {
     CPLXMLReader reader;
-    switch (reader.loadXMLFile(path)) {
+    const int status = reader.loadXMLFile(path);
+    switch (status) {
     case PL_SUCCESS:
         break;
     case PL_MALFORMED_XML:
-        return fail(QStringLiteral("%1:%2:%3")
+        return fail(ExitMalformed, QStringLiteral("%1:%2:%3")
                         .arg(path)
                         .arg(reader.getErrorLine())
                         .arg(reader.getErrorColumn()),
                     QLatin1String("malformed XML: ") + reader.getErrorMessage());
     default:
-        return fail(path, QStringLiteral("cannot open the file"));
+        return fail(exitStatusOf(status, Step::Read), path,
+                    withSystemReason(getStatusText(status)));
     }
     if (wrapper->loadSpectralXML(reader) != PL_SUCCESS)
-        return fail(path,
+        return fail(ExitMalformed, path,
                     QStringLiteral("not a spectral-analysis document (its root element is not ")
                         + quoted(QString::fromLatin1(gsElementInfo[0].szElementName))
                         + QLatin1Char(')'));
@@ -228,7 +230,7 @@ int runSpectral(const QStringList& arguments)
         return *failed;
     _tagSSpectralDocument document;
     if (wrapper.getSpectralDocument(&document) != PL_SUCCESS)
-        return fail(path,
+        return fail(ExitMalformed, path,
                     QStringLiteral("incomplete spectral-analysis document (it lacks its "
                                    "attributes, its click list or its linear fit)"));
     if (commandLine.isSet(QStringLiteral("json")))

@@ -2,7 +2,7 @@
 #define OVTOOL_TOOL_H
 
 // What every ovtool command shares: exit statuses, output streams, the message log, one-line
-// error reports, and the parsing of a command line with its --help.
+// error reports and warnings, and the parsing of a command line with its --help.
 
 #include <QByteArray>
 #include <QCommandLineParser>
@@ -14,12 +14,29 @@
 
 enum ExitStatus {
     ExitSuccess = 0,
-    // The command failed on its file: it cannot be read or written, is malformed, lacks the
-    // section or key, or cannot hold the text given.
-    ExitFailure = 1,
+    // The section, key or entry asked for is not in the file.
+    ExitNotFound = 1,
     // The command line is wrong: unknown command or option, wrong number of arguments.
     ExitUsage = 2,
+    // The file cannot be read: missing, unreadable, not a regular file, too large.
+    ExitCannotRead = 3,
+    // The file does not load: a malformed section header, no sections...
+    ExitMalformed = 4,
+    // The file cannot be written: a write, sync or rename failed; it is left as it was.
+    ExitCannotWrite = 5,
+    // Another editor holds the file's lock.
+    ExitLocked = 6,
+    // The edit is refused: a key held on two lines, text that cannot stand in the file, a
+    // key present already.
+    ExitRefused = 7,
 };
+
+// What the library was doing when it returned a status: the same status means another
+// failure when reading, editing or writing (PL_FILE_OPEN_FAILED is "cannot read" or
+// "cannot write").
+enum class Step { Read, Edit, Write };
+// The exit status for a library status.
+int exitStatusOf(int status, Step step);
 
 // Standard output as text in the locale's encoding (file text is Latin-1 once decoded, and
 // shows correctly on a UTF-8 terminal).
@@ -30,11 +47,23 @@ void writeOutputBytes(const QByteArray& bytes);
 bool flushOutput();
 
 // The library reports diagnostics through the Qt message log. They are dropped, so that a
-// failure stays one line, unless `verbose` is set: then each goes to stderr as its own line.
-void installMessageHandler(bool verbose);
+// failure stays one line, unless --verbose is given: then each goes to stderr as its own line,
+// "ovtool: <category>: <message>".
+void installMessageHandler();
+// --verbose and --quiet, given before or after the command.
+void setVerbose();
+void setQuiet();
 
-// Prints "ovtool: <where>: <what>" as one line on stderr; returns ExitFailure.
-int fail(const QString& where, const QString& what);
+// Prints "ovtool: <where>: <what>" as one line on stderr; returns `status`. `where` is
+// "FILE" or "FILE:LINE".
+int fail(int status, const QString& where, const QString& what);
+// Prints "ovtool: <message>", a message that names its place itself; returns `status`.
+int failWith(int status, const QString& message);
+// `message` followed by the operating system's reason for the library's last failed file
+// operation (getLastSystemError()), unless it is empty or the message ends with it already.
+QString withSystemReason(const QString& message);
+// Prints "ovtool: <message>" as one line on stderr, unless --quiet was given.
+void warn(const QString& message);
 // Prints "ovtool: <what>; see "ovtool <command> --help"" as one line; returns ExitUsage.
 int usageError(const QString& what, const QString& command = QString());
 
@@ -59,12 +88,15 @@ public:
     void addOption(const QString& name, const QString& description);
     // An option that takes a value, shown as `valueName` in --help.
     void addValueOption(const QString& name, const QString& valueName, const QString& description);
+    // The --dry-run option of the editing commands.
+    void addDryRunOption();
     // Text shown after the arguments in --help.
     void setNotes(const QString& notes) { m_notes = notes; }
 
     // Parses the command's arguments, its name first. Returns nothing when the command is to
     // run; otherwise the exit status to end with, after printing the help (ExitSuccess) or
     // reporting a usage error (ExitUsage).
+    // A negative number ("-85", "-0.5") is an argument, not an option.
     std::optional<int> parse(const QStringList& arguments);
 
     QString argument(int index) const { return m_parser.positionalArguments().value(index); }
@@ -72,9 +104,15 @@ public:
     QString value(const QString& option) const { return m_parser.value(option); }
 
 private:
+    // The arguments with "--" before the first negative number, and the options that follow
+    // it (with their values) moved before the "--".
+    QStringList withNumbersAsArguments(const QStringList& arguments) const;
+    bool takesValue(const QString& option) const;
+
     QCommandLineParser m_parser;
     QString m_command;
     QStringList m_argumentNames;
+    QStringList m_valueOptions;
     QString m_notes;
 };
 

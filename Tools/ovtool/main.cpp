@@ -27,6 +27,10 @@ const Command COMMANDS[] = {
     { QLatin1String("get"), QLatin1String("Prints one value, for scripts."), runGet },
     { QLatin1String("set"), QLatin1String("Changes the value of a key the file holds."), runSet },
     { QLatin1String("add"), QLatin1String("Adds a key, and its section when absent."), runAdd },
+    { QLatin1String("unset"), QLatin1String("Removes a key's line."), runUnset },
+    { QLatin1String("format"),
+      QLatin1String("Lists the load warnings and rewrites the file as a save writes it."),
+      runFormat },
     { QLatin1String("json"), QLatin1String("Prints the document as JSON."), runJson },
     { QLatin1String("browse"), QLatin1String("Lists the acquisitions in a folder tree."),
       runBrowse },
@@ -49,7 +53,11 @@ QString commandsHelp()
             + command.summary + QLatin1Char('\n');
     return text
         + QLatin1String("\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
-                        "matched in any case. Text is shown in the locale's encoding.\n");
+                        "matched in any case. Text is shown in the locale's encoding. set, add,\n"
+                        "unset and format change only what they edit, and take --dry-run to\n"
+                        "show the change as a diff instead; show, get and json read standard\n"
+                        "input for FILE \"-\". --quiet and --verbose may also follow the command.\n"
+                        "QT_LOGGING_RULES=\"ovparser.*=false\" silences the library's diagnostics.\n");
 }
 
 } // namespace
@@ -74,6 +82,8 @@ int main(int argc, char** argv)
           QStringLiteral("Shows the versions of ovtool and of the ovparser library.") });
     parser.addOption({ QStringLiteral("verbose"),
                        QStringLiteral("Also prints the library's diagnostics on stderr.") });
+    parser.addOption({ QStringLiteral("quiet"),
+                       QStringLiteral("Does not print warnings on stderr (failures still are).") });
     parser.addPositionalArgument(QStringLiteral("COMMAND"),
                                  QStringLiteral("One of the commands below."));
     parser.addPositionalArgument(QStringLiteral("ARGUMENTS"),
@@ -81,12 +91,16 @@ int main(int argc, char** argv)
                                  QStringLiteral("[ARGUMENTS...]"));
     if (!parser.parse(QCoreApplication::arguments()))
         return usageError(parseError(parser));
-    installMessageHandler(parser.isSet(QStringLiteral("verbose")));
+    installMessageHandler();
+    if (parser.isSet(QStringLiteral("verbose")))
+        setVerbose();
+    if (parser.isSet(QStringLiteral("quiet")))
+        setQuiet();
 
     int status = ExitSuccess;
     const QStringList arguments = parser.positionalArguments();
     if (parser.isSet(QStringLiteral("help"))) {
-        standardOutput() << helpText(parser, QStringLiteral("[--verbose] COMMAND [ARGUMENTS...]"),
+        standardOutput() << helpText(parser, QStringLiteral("[--verbose] [--quiet] COMMAND [ARGUMENTS...]"),
                                      commandsHelp());
     } else if (parser.isSet(QStringLiteral("version"))) {
         standardOutput() << QLatin1String("ovtool " OVPARSER_VERSION_STRING "\novparser library ")
@@ -102,6 +116,7 @@ int main(int argc, char** argv)
         status = command->run(arguments);
     }
     if (!flushOutput())
-        return fail(QStringLiteral("standard output"), QStringLiteral("cannot write"));
+        return fail(ExitCannotWrite, QStringLiteral("standard output"),
+                    QStringLiteral("cannot write"));
     return status;
 }
