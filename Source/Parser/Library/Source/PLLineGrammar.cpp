@@ -30,8 +30,11 @@ Span<char> nextPiece(const char* buffer, qint64 length, qint64& position)
 
 QString headerLine(QStringView key, QStringView name)
 {
-    return QLatin1String(HEADER_PREFIX) % key % QLatin1String(":\t") % name
-        % QLatin1String("\r\n");
+    // Appended piece by piece: a string builder would copy an empty name from a null pointer.
+    QString line;
+    line.reserve(int(key.size() + name.size()) + 8);
+    line.append(QLatin1String(HEADER_PREFIX)).append(key).append(QLatin1String(":\t"));
+    return line.append(name).append(QLatin1String("\r\n"));
 }
 
 void appendKeyValueLine(QString& text, QStringView key, QStringView value)
