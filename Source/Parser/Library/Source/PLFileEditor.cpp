@@ -606,7 +606,7 @@ int CPLFileEditor::commit()
         d->writer.reset();
         return PL_SUCCESS;
     }
-    int status = d->writer->write(d->dicom ? d->appendPrefix + d->bytes : d->bytes);
+    int status = d->writer->write(d->dicom ? QByteArray(d->appendPrefix + d->bytes) : d->bytes);
     if (status == PL_SUCCESS)
         status = d->writer->commit();
     if (status != PL_SUCCESS)

@@ -740,12 +740,15 @@ namespace PLFile {
 
 int saveFile(const QString& path, const QByteArray& bytes)
 {
-    return writeWhole(path, CPLFileWriter::Mode::Replace, [&](CPLFileWriter&) { return bytes; });
+    return writeWhole(path, CPLFileWriter::Mode::Replace,
+                      [&](CPLFileWriter&) -> const QByteArray& { return bytes; });
 }
 
 int appendDicomCopy(const QString& path, const QByteArray& copy)
 {
-    return writeWhole(path, CPLFileWriter::Mode::Append, [&](CPLFileWriter& writer) {
+    // The return type is written out: with the string builder, "+" would return a builder
+    // that refers to the lambda's locals.
+    return writeWhole(path, CPLFileWriter::Mode::Append, [&](CPLFileWriter& writer) -> QByteArray {
         QByteArray metadata;
         writer.readCurrent(&metadata); // unreadable: no separator, as for a new file
         return PLDicom::copySeparator(metadata) + copy;
