@@ -89,8 +89,8 @@ public:
             const double ratio = ours->seconds / qsettings->seconds;
             std::fprintf(out,
                          "  load and read all 10 KB, ovparser / QSettings time: %.3f "
-                         "(target <= 0.25): %s\n",
-                         ratio, verdict(ratio <= 0.25));
+                         "(target <= 0.20): %s\n",
+                         ratio, verdict(ratio <= 0.20));
         }
         if (const Figures* browse = find("BM_Browse10k")) {
             std::fprintf(out,

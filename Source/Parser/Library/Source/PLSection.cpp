@@ -66,11 +66,12 @@ ushort asciiLower(ushort c)
 bool isCommentEntryKey(QStringView key)
 {
     const QString& marker = PLConstants::COMMENTLINE_KEY;
-    const ushort first = asciiLower(marker.at(0).unicode());
-    for (qsizetype i = 0; i + marker.size() <= key.size(); ++i) {
-        if (asciiLower(key.at(i).unicode()) != first)
+    const qsizetype size = marker.size();
+    const ushort last = marker.at(size - 1).unicode(); // a blank, which has no case
+    for (qsizetype i = 0; i + size <= key.size(); ++i) {
+        if (key.at(i + size - 1).unicode() != last)
             continue;
-        qsizetype j = 1;
+        qsizetype j = 0;
         while (j < marker.size()
                && asciiLower(key.at(i + j).unicode()) == asciiLower(marker.at(j).unicode()))
             ++j;
