@@ -42,8 +42,8 @@ TEST(BrowseTest, BundledSamplesAreWhatTheGeneratorWrites)
     }
 }
 
-// Files in path order, each with its row (the values joined by "|") or the start of the reason
-// it is skipped. The line and header rules themselves are the loader's, tested with it.
+// Files in path order, each with its row (the values joined by "|") or the start of the report
+// of why it is skipped, after "FILE:" (a line, or a blank and the reason). The line and header rules themselves are the loader's, tested with it.
 const struct
 {
     const char* name;
@@ -56,17 +56,17 @@ const struct
       "Field of View:\t12.5\t# cm\r\nFilter:\tGFP\r\nEmission filter:\tOpen\r\n",
       "|4||12.5||||GFP||||", nullptr },
     { "empty-click-number", "*** ClickNumber:\t\n*** photographic image:\tp\n", nullptr,
-      "line 1: a section header without a key" },
+      "1: a section header without a key" },
     { "first-section-wins",
       "lead line\n*** ClickNumber:\tC3\n*** luminescent image:\ta\nf Number:\t1\nf Number:\t2\n"
       "*** luminescent image:\tb\nf Number:\t9\n*** photographic image:\tp\nf Number:\t4\n",
       "||||2|||||||", nullptr },
     { "malformed-header", "*** ClickNumber:\tC7\n\n*** Broken # note: x\nk:\tv\n", nullptr,
-      "line 3: malformed section header" },
+      "3: malformed section header" },
     { "no-click-number", "*** photographic image:\tp\nEM Gain:\t1\n", nullptr,
-      "no \"ClickNumber\" section" },
+      " no \"ClickNumber\" section" },
     { "no-image", "*** ClickNumber:\tC10\n*** x-ray image:\tx\nEM Gain:\t1\n", nullptr,
-      "neither a \"luminescent image\" nor a \"photographic image\" section" },
+      " neither a \"luminescent image\" nor a \"photographic image\" section" },
 };
 
 TEST(BrowseTest, RowsAndSkippedAcquisitions)
@@ -94,8 +94,10 @@ TEST(BrowseTest, RowsAndSkippedAcquisitions)
             EXPECT_EQ(r.file + L1(": ") + r.values.join(L1("|")), file + L1(": ") + L1(f.row));
         } else {
             const OvBrowse::Skipped s = result.skipped.value(skipped++);
+            // Where it points, then why: "FILE:LINE: reason" as reported.
+            const QString report = s.where() + L1(": ") + s.reason;
             EXPECT_EQ(s.path, file);
-            EXPECT_TRUE(s.reason.startsWith(L1(f.reason))) << s.reason.toStdString();
+            EXPECT_TRUE(report.startsWith(file + L1(":") + L1(f.reason))) << report.toStdString();
         }
     }
     EXPECT_EQ(row, result.rows.size());

@@ -346,7 +346,7 @@ TEST_F(ovtoolTest, BrowseReportsAMalformedAcquisitionAndLeavesItOut)
     const Result result = ovtool(args("browse|tree"));
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
-              "ovtool: tree/sub/AB20261106000000_001/ClickInfo.txt: line 3: malformed section "
+              "ovtool: tree/sub/AB20261106000000_001/ClickInfo.txt:3: malformed section "
               "header (a header is \"*** \", a key, a colon, and no \"#\" before the colon); "
               "left out\n");
     EXPECT_EQ(result.out, golden("browse-table.txt"));

@@ -52,11 +52,6 @@ QString cellText(int column, const QString& value)
     return isDateColumn(column) ? dateTimeText(value) : value;
 }
 
-QString reasonAt(int line, int status)
-{
-    return line > 0 ? QStringLiteral("line %1: %2").arg(line).arg(getStatusText(status))
-                    : withSystemReason(getStatusText(status));
-}
 
 // Why a file that loaded cannot be browsed; empty when it can.
 QString missingParts(bool hasClickNumber, bool hasImage)
@@ -69,12 +64,14 @@ QString missingParts(bool hasClickNumber, bool hasImage)
     return QString();
 }
 
-bool readDocument(const QString& file, Row* row, QString* reason)
+bool readDocument(const QString& file, Row* row, Skipped* why)
 {
     CPLClickInfo document;
     const int status = document.loadClickInfo(file, false);
+    QString* reason = &why->reason;
     if (status != PL_SUCCESS) {
-        *reason = reasonAt(document.getLastErrorLine(), status);
+        why->line = document.getLastErrorLine();
+        *reason = why->line > 0 ? getStatusText(status) : withSystemReason(getStatusText(status));
         return false;
     }
     document.getClickNumber(&row->clickNumber);
@@ -267,12 +264,18 @@ QString dateTimeText(const QString& secondsSince1904)
     return QString::fromLatin1(text);
 }
 
-bool readRow(const QString& file, Row* row, QString* reason)
+bool readRow(const QString& file, Row* row, Skipped* why)
 {
     row->file = file;
     row->clickNumber.clear();
     row->values.clear();
-    return readDocument(file, row, reason);
+    *why = Skipped { file, QString(), 0 };
+    return readDocument(file, row, why);
+}
+
+QString Skipped::where() const
+{
+    return line > 0 ? QStringLiteral("%1:%2").arg(path).arg(line) : path;
 }
 
 bool isAcquisitionFileName(QLatin1String name)
@@ -305,13 +308,13 @@ Result browse(const QString& folder, const std::function<void(int done, int tota
     result.rows.reserve(found.files.size());
     result.skipped = found.unreadableFolders;
     Row row;
-    QString reason;
+    Skipped why;
     int done = 0;
     for (const QString& file : found.files) {
-        if (readRow(file, &row, &reason))
+        if (readRow(file, &row, &why))
             result.rows.append(row);
         else
-            result.skipped.append({ file, reason });
+            result.skipped.append(why);
         if (progress)
             progress(++done, found.files.size());
     }

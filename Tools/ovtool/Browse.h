@@ -29,6 +29,10 @@ struct Skipped
 {
     QString path; // as found below the folder given
     QString reason;
+    int line = 0; // the line the reason is about; 0 for the file or folder as a whole
+
+    // "PATH:LINE", or the path alone: where a report about it points.
+    QString where() const;
 };
 
 // "Click Number", then the twelve browse column titles.
@@ -41,10 +45,10 @@ int columnIndex(const QString& title);
 QString dateTimeText(const QString& secondsSince1904);
 
 // Reads one acquisition with the library's CPLClickInfo::loadClickInfo(), a DICOM file as
-// well as a ClickInfo.txt. False, with the reason, when the file cannot be read, has a
-// malformed section header, has no click number, or has neither a luminescent nor a
-// photographic image section.
-bool readRow(const QString& file, Row* row, QString* reason);
+// well as a ClickInfo.txt. False, with why (the reason, and the line of a malformed section
+// header), when the file cannot be read, has a malformed section header, has no click
+// number, or has neither a luminescent nor a photographic image section.
+bool readRow(const QString& file, Row* row, Skipped* why);
 
 // Whether a file of this name holds an acquisition's metadata: "ClickInfo.txt", or a DICOM
 // file, whose name ends in ".dcm"; letters in any case.

@@ -120,7 +120,7 @@ int runBrowse(const QStringList& arguments)
             = OvBrowse::browse(folder, [&](int done, int total) { progress.update(done, total); });
     }
     for (const OvBrowse::Skipped& skipped : qAsConst(result.skipped))
-        fail(ExitCannotRead, skipped.path, skipped.reason + QLatin1String("; left out"));
+        fail(ExitCannotRead, skipped.where(), skipped.reason + QLatin1String("; left out"));
     if (sortColumn >= 0)
         OvBrowse::sortRows(result.rows, sortColumn, commandLine.isSet(QStringLiteral("reverse")));
 
