@@ -209,38 +209,6 @@ QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, co
     return QString();
 }
 
-QString unwritableText(const QString& text, TextRole role)
-{
-    const QString what = role == TextRole::Value ? QStringLiteral("the value")
-        : role == TextRole::Key                  ? QStringLiteral("the key")
-                                                 : QStringLiteral("the section key");
-    const QString named = what + QLatin1Char(' ') + quoted(text);
-    switch (CPLSection::textFault(text, role)) {
-    case CPLSection::TextFault::None:
-        return QString();
-    case CPLSection::TextFault::LineBreak:
-        // Not quoted: a line break cannot be shown in a one-line report.
-        return what + QLatin1String(" holds a line break");
-    case CPLSection::TextFault::Nul:
-        return what + QLatin1String(" holds a NUL character, which ends the text of a file");
-    case CPLSection::TextFault::NotLatin1:
-        return named + QLatin1String(" holds characters outside Latin-1");
-    case CPLSection::TextFault::OuterWhiteSpace:
-        return named + QLatin1String(" begins or ends with white space, which reading drops");
-    case CPLSection::TextFault::Empty:
-        return what + QLatin1String(" is empty");
-    case CPLSection::TextFault::Colon:
-        return named + QLatin1String(" holds a colon, which ends a key");
-    case CPLSection::TextFault::Hash:
-        return named + QLatin1String(" holds a \"#\", which starts a comment");
-    case CPLSection::TextFault::HeaderStart:
-        return named + QLatin1String(" begins with \"***\", which starts a section header");
-    case CPLSection::TextFault::CommentKey:
-        return named + QLatin1String(" names a comment line");
-    }
-    return QString();
-}
-
 void warnOfComment(const QString& path, const QString& value)
 {
     const int hash = value.indexOf(QLatin1Char('#'));

@@ -43,8 +43,11 @@ QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, co
 
 using TextRole = CPLSection::TextRole;
 // Why `text` cannot be written in the file as a `role` and read back the same, in words for
-// the user (CPLSection::textFault()); an empty string when it can.
-QString unwritableText(const QString& text, TextRole role);
+// the user; an empty string when it can.
+inline QString unwritableText(const QString& text, TextRole role)
+{
+    return CPLSection::textFaultText(text, role);
+}
 // Warns, when `value` holds a "#", of what it reads back as (unless --quiet).
 void warnOfComment(const QString& path, const QString& value);
 

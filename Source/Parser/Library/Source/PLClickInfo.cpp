@@ -289,13 +289,10 @@ int CPLClickInfo::loadClickInfoBytes(const char* data, qint64 size, const QStrin
                   qUtf8Printable(getStatusText(PL_FILE_TOO_LARGE)));
         return PL_FILE_TOO_LARGE;
     }
-    const int status = PL_GUARDED({
+    return PL_GUARDED({
         const CPLDecodedText decoded(data, size);
         return loadDecoded(decoded, sourceName);
     });
-    if (status == PL_SUCCESS)
-        m_iFileSectionCount = m_iSectionCount;
-    return status;
 }
 
 int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sourceName)
@@ -326,6 +323,8 @@ int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sour
     m_LoadWarnings = check.finish(sourceName, m_iLinesBefore);
     logLoadWarnings();
     m_iLinesBefore = 0;
+    if (status == PL_SUCCESS)
+        m_iFileSectionCount = m_iSectionCount;
     return status;
 }
 

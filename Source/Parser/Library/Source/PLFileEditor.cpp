@@ -198,7 +198,8 @@ int CPLFileEditor::Private::load(const QByteArray& newBytes)
     auto newDecoded = std::make_unique<CPLDecodedText>(newBytes.constData(), newBytes.size());
     auto loaded = std::make_unique<CPLClickInfo>();
     const QString source = dicom ? QStringLiteral("%1 (last metadata copy)").arg(path) : path;
-    const int status = loaded->loadClickInfoBytes(newBytes.constData(), newBytes.size(), source);
+    // The text is decoded once, for the editor's byte map and for the load.
+    const int status = loaded->loadDecoded(*newDecoded, source);
     if (status != PL_SUCCESS) {
         error = QStringLiteral("%1:%2: cannot be loaded: %3")
                     .arg(source)
@@ -344,11 +345,7 @@ QString refusal(const QString& text, CPLSection::TextRole role)
     if (fault == Fault::None || fault == Fault::Empty
         || (fault == Fault::OuterWhiteSpace && role == CPLSection::TextRole::Value))
         return QString();
-    static const char* const why[] = { "", "a line break", "a NUL byte", "a character outside Latin-1",
-                                       "", "a colon", "a \"#\"", "\"***\" at its start",
-                                       "\"CommentLine \"", "blanks at either end" };
-    return QStringLiteral("%1 holds %2, which cannot stand in the file as given")
-        .arg(quoted(text), QLatin1String(why[int(fault)]));
+    return CPLSection::textFaultText(text, role);
 }
 
 // The lines of a section as a load reads them, but those of `key` and empty lines: key and

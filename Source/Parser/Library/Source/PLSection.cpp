@@ -832,6 +832,39 @@ CPLSection::TextFault CPLSection::textFault(const QString& text, TextRole role)
     return TextFault::None;
 }
 
+QString CPLSection::textFaultText(const QString& text, TextRole role)
+{
+    const QString what = role == TextRole::Value ? QStringLiteral("the value")
+        : role == TextRole::Key                  ? QStringLiteral("the key")
+        : role == TextRole::SectionName          ? QStringLiteral("the section name")
+                                                 : QStringLiteral("the section key");
+    const QString named = what + QLatin1String(" \"") + text + QLatin1Char('"');
+    switch (textFault(text, role)) {
+    case TextFault::None:
+        return QString();
+    case TextFault::LineBreak:
+        // Not quoted: a line break cannot be shown in a one-line report.
+        return what + QLatin1String(" holds a line break");
+    case TextFault::Nul:
+        return what + QLatin1String(" holds a NUL character, which ends the text of a file");
+    case TextFault::NotLatin1:
+        return named + QLatin1String(" holds characters outside Latin-1");
+    case TextFault::OuterWhiteSpace:
+        return named + QLatin1String(" begins or ends with white space, which reading drops");
+    case TextFault::Empty:
+        return what + QLatin1String(" is empty");
+    case TextFault::Colon:
+        return named + QLatin1String(" holds a colon, which ends a key");
+    case TextFault::Hash:
+        return named + QLatin1String(" holds a \"#\", which starts a comment");
+    case TextFault::HeaderStart:
+        return named + QLatin1String(" begins with \"***\", which starts a section header");
+    case TextFault::CommentKey:
+        return named + QLatin1String(" names a comment line");
+    }
+    return QString();
+}
+
 bool CPLSection::breaksFile(const QString& text, TextRole role)
 {
     switch (textFault(text, role)) {

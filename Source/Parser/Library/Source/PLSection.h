@@ -175,6 +175,9 @@ public:
     // refuse such text with 31 and change nothing, so that no sequence of calls writes a file
     // that does not load back: a value "x\nUser:\tsomeone" never adds a key.
     static bool breaksFile(const QString& text, TextRole role);
+    // The fault of textFault() in words, as one sentence that names the text and its role:
+    // "the key "a:b" holds a colon, which ends a key". Empty when there is none.
+    static QString textFaultText(const QString& text, TextRole role);
 
     // What the last load (loadSectionData()) read that saveSectionData() will not write back
     // as it stood, one warning per kind with its first line and the number of lines of that
