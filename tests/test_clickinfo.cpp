@@ -284,29 +284,6 @@ TEST_F(ClickInfoTest, SavingReplacesOrAppendsToDicomFiles)
     EXPECT_EQ(doc.saveClickInfo(path("no/such/folder/ClickInfo.txt")), PL_FILE_OPEN_FAILED);
 }
 
-TEST_F(ClickInfoTest, AFailedSaveLeavesTheOldFileIntact)
-{
-    // Both a document that the file buffer holds whole (written only when flushed) and one
-    // larger than the buffer (written at once).
-    for (const int size : { 2000, 40000 }) {
-        CPLClickInfo doc;
-        auto* section = new CPLSection(L1("Big"), QString());
-        section->addKeyValue(L1("Data"), QString(size, QLatin1Char('x')));
-        doc.addSection(section);
-        const QByteArray old(1000, 'o');
-        writeBytes(path("keep.txt"), old);
-        writeBytes(path("keep.dcm"), old);
-        {
-            FileSizeLimit limit(1536);
-            EXPECT_EQ(doc.saveClickInfo(path("keep.txt")), PL_SHORT_WRITE) << size;
-            EXPECT_EQ(doc.saveClickInfo(path("keep.dcm")), PL_SHORT_WRITE) << size;
-        }
-        EXPECT_EQ(readBytes(path("keep.txt")), old) << size;
-        EXPECT_EQ(readBytes(path("keep.dcm")), old) << size;
-    }
-    EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files).size(), 2) << "no temporary file left";
-}
-
 TEST_F(ClickInfoTest, LoadsTheLastMetadataCopyOfADicomBuffer)
 {
     CPLClickInfo first;

@@ -492,35 +492,20 @@ TEST_F(ovtoolTest, StandardInputLargerThanAFileIsRefused)
 TEST_F(ovtoolTest, EditsChangeOnlyTheirLines)
 {
     const QByteArray leading = "Acquisition log\n\n*** S:\tn\r\nA:\t1\n\n\n";
-    const QByteArray noLastLineEnd = "*** S:\tn\nA:\t1\nB:\t2";
     const struct
     {
         QByteArray before;
         const char* arguments; // after the command, the file
         QByteArray after;
     } cases[] = {
-        // CR LF, lone CR.
+        // One case per editing command; the line rules themselves are the editor's, tested
+        // with it (test_file_editor).
         { "*** S:\tn\r\nA:\t1\r\nB:\t2\r\n\r\n", "set|S|A|9",
           "*** S:\tn\r\nA:\t9\r\nB:\t2\r\n\r\n" },
-        { "*** S:\tn\rA:\t1\rB:\t2\r\r", "set|S|B|7", "*** S:\tn\rA:\t1\rB:\t7\r\r" },
-        // Blanks, a comment line, free text; the old inline comment stays.
-        { "*** S:\tn\n# note\nA :  1   # old\nfree text\n\n", "set|s|a|5",
-          "*** S:\tn\n# note\nA :  5\t# old\nfree text\n\n" },
         // A negative number is a value.
         { "*** S:\tn\r\nT:\t20\n\n\n", "set|S|T|-85", "*** S:\tn\r\nT:\t-85\n\n\n" },
-        // A byte order mark stays.
         { "\xef\xbb\xbf*** S:\tn\r\nA:\t1\n\n\n", "unset|S|A", "\xef\xbb\xbf*** S:\tn\r\n\n\n" },
-        { leading, "add|S|B|2", "Acquisition log\n\n*** S:\tn\r\nA:\t1\nB:\t2\n\n\n" },
         { leading, "add|T|K|v", "Acquisition log\n\n*** S:\tn\r\nA:\t1\n\n*** T:\t\r\nK:\tv\n\n\n" },
-        // The last line, without a line end.
-        { noLastLineEnd, "unset|S|B", "*** S:\tn\nA:\t1" },
-        { noLastLineEnd, "add|S|C|3", "*** S:\tn\nA:\t1\nB:\t2\nC:\t3" },
-        // An empty value is filled after its tab; a later section is edited in place.
-        { "*** S:\tn\r\nA:\t1\n\n*** U:\tm\r\nX:\t\n\n\n", "set|U|X|4",
-          "*** S:\tn\r\nA:\t1\n\n*** U:\tm\r\nX:\t4\n\n\n" },
-        // Another key of a key held twice is edited.
-        { "*** S:\tn\r\nk:\t1\nj:\t0\nk:\t2\n\n\n", "set|S|j|5",
-          "*** S:\tn\r\nk:\t1\nj:\t5\nk:\t2\n\n\n" },
         // format writes what a save writes.
         { "*** S:\tn\nA :  1\nB:\t2", "format", "*** S:\tn\r\nA:\t1\nB:\t2\n\n\n\n" },
     };
