@@ -124,16 +124,11 @@ TEST_F(ClickInfoTest, WarnsOfWhatSavingWouldNotWriteBackAsItStood)
     // One warning per kind and section, at its first line, with the number of lines.
     using W = CPLLoadWarning;
     const QVector<std::tuple<W::Kind, int, int, QString>> expected {
-        { W::BlankLines, 1, 1, QString() },
-        { W::HeaderInLeadingLines, 3, 1, QString() },
-        { W::HeaderForm, 3, 1, L1("Lead") },
-        { W::LineEnds, 3, 1, L1("Lead") },
-        { W::BlankLines, 4, 1, L1("Lead") },
-        { W::LineEnds, 4, 1, L1("A") },
-        { W::BlankLines, 5, 2, L1("A") },
-        { W::ShiftedKey, 7, 1, L1("A") },
-        { W::CommentKey, 8, 1, L1("A") },
-        { W::RepeatedSection, 9, 1, L1("a") },
+        { W::BlankLines, 1, 1, QString() },  { W::HeaderInLeadingLines, 3, 1, QString() },
+        { W::HeaderForm, 3, 1, L1("Lead") }, { W::LineEnds, 3, 1, L1("Lead") },
+        { W::BlankLines, 4, 1, L1("Lead") }, { W::LineEnds, 4, 1, L1("A") },
+        { W::BlankLines, 5, 2, L1("A") },    { W::ShiftedKey, 7, 1, L1("A") },
+        { W::CommentKey, 8, 1, L1("A") },    { W::RepeatedSection, 9, 1, L1("a") },
         { W::NulByte, 11, 1, QString() },
     };
     QVector<std::tuple<W::Kind, int, int, QString>> found;
@@ -314,8 +309,7 @@ TEST_F(ClickInfoTest, LoadsTheLastMetadataCopyOfADicomBuffer)
 TEST_F(ClickInfoTest, ACopyCutOffByACrashIsNeverTakenForTheDocument)
 {
     CPLClickInfo first;
-    ASSERT_EQ(load(first, "*** ClickNumber:\tC1\nv:\t1\n*** A:\nk:\told\n\n\nm:\t2\n"),
-              PL_SUCCESS);
+    ASSERT_EQ(load(first, "*** ClickNumber:\tC1\nv:\t1\n*** A:\nk:\told\n\n\nm:\t2\n"), PL_SUCCESS);
     const QByteArray image("DICM\0\x01", 6);
     const QByteArray copy1 = first.getClickInfoData().toLatin1();
     first.setValue(L1("A"), L1("k"), L1("new"));
@@ -463,6 +457,15 @@ TEST_F(ClickInfoTest, AnalysisFileAddsTheSectionsTheAcquisitionLacks)
     EXPECT_EQ(doc.getSectionKeys(),
               (QStringList { L1("ClickNumber"), L1("User Input"), L1("ROIs") }));
     EXPECT_EQ((*doc[L1("User Input")])[L1("User")], L1("kl"));
+    // Each section remembers the file and header line it was read from, across documents.
+    EXPECT_EQ(doc.getSectionOrigin(L1("user input")).toString(),
+              QString(path("ClickInfo.txt") + L1(":2")));
+    const QString analysisFile
+        = path(PLConstants::ANALYZED_CLICKINFO_FILENAME.toLatin1().constData());
+    EXPECT_EQ(doc.getKeyOrigin(L1("ROIs"), L1("ROI 1")).toString(),
+              QString(analysisFile + L1(":4")));
+    doc.addNewSection(L1("Made"), QString());
+    EXPECT_FALSE(doc.getSectionOrigin(L1("Made")).isKnown());
 
     writeBytes(path("other.txt"), "*** ClickNumber:\tC2\n*** Tags:\nt:\t1\n");
     EXPECT_EQ(doc.loadAnalyzedClickInfo(path("other.txt")), PL_INVALID_ARGUMENT);

@@ -197,7 +197,7 @@ QList<CPLSection*> CPLSettingsFileWrapper::getSections(const QString& filter)
     PL_ASSERT(m_strMenuNameTag.isEmpty() == false);
     PL_ASSERT(m_strFileNameTag.isEmpty() == false);
     QList<CPLSection*> sections;
-    for (int i = 0; i < m_iSectionCount; ++i) {
+    for (int i = 0; i < sectionCount(); ++i) {
         CPLSection* section = (*this)[i];
         QString key;
         if (!section || section->getSectionKey(&key) != PL_SUCCESS)

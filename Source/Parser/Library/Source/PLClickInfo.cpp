@@ -61,12 +61,9 @@ QString location(const QString& source, int line)
 
 CPLClickInfo::CPLClickInfo() = default;
 
-CPLClickInfo::~CPLClickInfo()
-{
-    // What clearData() comes to here, where its virtual calls can only reach this class:
-    // every section is deleted, without finding each by its key.
-    qDeleteAll(m_Sections);
-}
+// What clearData() comes to here, where its virtual calls can only reach this class: the
+// base deletes every section, without finding each by its key.
+CPLClickInfo::~CPLClickInfo() = default;
 
 int CPLClickInfo::loadSectionData(const QString& text, const QString& sectionKey)
 {
@@ -116,43 +113,16 @@ int CPLClickInfo::addSection(CPLSection* section)
     if (CPLSection::breaksFile(key, CPLSection::TextRole::SectionKey)
         || CPLSection::breaksFile(name, CPLSection::TextRole::Value))
         return PL_INVALID_ARGUMENT;
-    if (m_Sections.value(CPLCaseInsensitiveKey::lookup(key)))
-        return PL_SUCCESS;
-    m_Sections.insert(key, section);
-    m_SectionKeys.append(key);
-    ++m_iSectionCount;
+    std::unique_ptr<CPLSection> owned(section);
+    if (!insertSection(owned))
+        owned.release(); // present: the caller keeps its section
     return PL_SUCCESS;
 }
 
 int CPLClickInfo::removeSection(const QString& sectionKey)
 {
-    delete takeSection(sectionKey);
+    takeSection(sectionKey);
     return PL_SUCCESS;
-}
-
-CPLSection* CPLClickInfo::takeSection(const QString& sectionKey)
-{
-    const auto it = m_Sections.find(CPLCaseInsensitiveKey::lookup(sectionKey));
-    if (it == m_Sections.end())
-        return nullptr;
-    CPLSection* section = it.value();
-    m_Sections.erase(it);
-    m_pLastSection = nullptr;
-    // Sections are usually taken in order (clearData()), so the key is found at the front.
-    const int position = sectionPosition(sectionKey);
-    if (position >= 0)
-        m_SectionKeys.removeAt(position);
-    --m_iSectionCount;
-    return section;
-}
-
-int CPLClickInfo::sectionPosition(const QString& sectionKey) const
-{
-    for (int i = 0; i < m_SectionKeys.size(); ++i) {
-        if (m_SectionKeys.at(i).compare(sectionKey, Qt::CaseInsensitive) == 0)
-            return i;
-    }
-    return -1;
 }
 
 int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)
@@ -160,7 +130,7 @@ int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)
     const int status = addSection(section.get());
     QString key;
     section->getSectionKey(&key);
-    if (m_Sections.value(CPLCaseInsensitiveKey::lookup(key)) == section.get())
+    if ((*this)[key] == section.get())
         section.release();
     return status;
 }
@@ -190,7 +160,7 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
         const qint64 length = textLength(data, m_strTextBeingLoaded.size());
         CPLLoadCheck check(data, length, m_strTextBeingLoaded.size(), nullptr);
         const int status = loadSections(data, length, check);
-        m_LoadWarnings = check.finish(QString(), 0);
+        setLoadWarnings(check.finish(QString(), 0));
         logLoadWarnings();
         return status;
     });
@@ -205,8 +175,8 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
         const Span header = lineAt(data, length, range.begin);
         const qint64 headerEnd = header.end - data;
         PLGrammar::Header<QChar> parts;
-        int status = PLGrammar::parseHeader(header, &parts) ? PL_SUCCESS
-                                                             : PL_MALFORMED_SECTION_HEADER;
+        int status
+            = PLGrammar::parseHeader(header, &parts) ? PL_SUCCESS : PL_MALFORMED_SECTION_HEADER;
         const QString key = status == PL_SUCCESS ? toString(parts.key) : QString();
         if (status == PL_SUCCESS && key.isEmpty())
             status = PL_NOTHING_TO_WORK_ON;
@@ -216,13 +186,25 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
             m_iBodyLines = range.lines - 1;
             if (PLKeyHash::equal(key, PLConstants::CLICKNUMBER_KEY))
                 status = loadClickNumber(block);
+            const int line = status == PL_SUCCESS ? check.lineAt(range.begin) : 0;
             if (status == PL_SUCCESS && isSectionPresent(key)) {
-                check.repeatedSection(range.begin, key);
+                if (repeatedSectionRule() == KeepFirst) {
+                    check.repeatedSection(range.begin, key, false);
+                } else {
+                    // Sections merged from another file (a camera configuration's
+                    // extensions) are what the document is made of, not a fault of a file.
+                    if (locationOf(line).file == getSectionOrigin(key).file)
+                        check.repeatedSection(range.begin, key, true);
+                    mergeSection(*parseSection(block, key), repeatedSectionRule(),
+                                 locationOf(line));
+                }
             } else if (status == PL_SUCCESS) {
                 m_SectionWarnings.clear();
                 status = loadSectionData(block, key);
+                if (status == PL_SUCCESS)
+                    setSectionOrigin(key, locationOf(line));
                 check.section(range.begin, headerEnd, range.end, parts, key, m_SectionWarnings);
-                check.knownLine(range.end, check.lineAt(range.begin) + range.lines);
+                check.knownLine(range.end, line + range.lines);
             }
         }
         if (status != PL_SUCCESS) {
@@ -237,24 +219,29 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
     return PL_SUCCESS;
 }
 
+CPLTextLocation CPLClickInfo::locationOf(int textLine) const
+{
+    if (hasTextSources())
+        return textLocation(textLine);
+    return { m_strLoadSource, textLine + m_iLinesBefore };
+}
+
 void CPLClickInfo::logLoadWarnings() const
 {
-    for (int i = 0; i < m_LoadWarnings.size() && i < LOGGED_WARNINGS; ++i)
-        qCWarning(lcOvLoad).noquote() << m_LoadWarnings.at(i).toString();
-    if (m_LoadWarnings.size() > LOGGED_WARNINGS)
+    const QList<CPLLoadWarning>& warnings = loadWarnings();
+    for (int i = 0; i < warnings.size() && i < LOGGED_WARNINGS; ++i)
+        qCWarning(lcOvLoad).noquote() << warnings.at(i).toString();
+    if (warnings.size() > LOGGED_WARNINGS)
         qCWarning(lcOvLoad, "%s: %d more load warnings", qUtf8Printable(m_strLoadSource),
-                  int(m_LoadWarnings.size() - LOGGED_WARNINGS));
+                  int(warnings.size() - LOGGED_WARNINGS));
 }
 
 void CPLClickInfo::clearData()
 {
-    const QStringList keys = m_SectionKeys;
+    const QStringList keys = getSectionKeys();
     for (const QString& key : keys)
         removeSection(key);
-    qDeleteAll(m_Sections); // none are left unless a derived removeSection() kept some
-    m_Sections.clear();
-    m_SectionKeys.clear();
-    m_iSectionCount = 0;
+    deleteSections(); // none are left unless a derived removeSection() kept some
     m_strClickNumber.clear();
     m_LeadingLines.clear();
 }
@@ -265,8 +252,9 @@ int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections
     int status = PL_GUARDED({
         if (!PLFile::isDicomPath(filePath)) {
             const int read = PLFile::readFile(filePath, &bytes);
-            return read != PL_SUCCESS ? read
-                                      : loadClickInfoBytes(bytes.constData(), bytes.size(), filePath);
+            return read != PL_SUCCESS
+                ? read
+                : loadClickInfoBytes(bytes.constData(), bytes.size(), filePath);
         }
         qint64 offset = 0;
         const int read = PLFile::readDicomMetadata(filePath, &bytes, &offset);
@@ -303,6 +291,10 @@ int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sour
     CPLLoadCheck check(data, length, text.size(), &decoded);
     m_strLoadSource = sourceName;
     m_iLinesBefore = decoded.linesBefore();
+    const auto loaded = qScopeGuard([this] {
+        m_strLoadSource.clear();
+        m_iLinesBefore = 0;
+    });
 
     // Lines up to the first line whose first token is exactly "***" are kept as they are. A
     // header with no blank after its asterisks stands among them, and is a section too.
@@ -320,11 +312,10 @@ int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sour
     const int status = loadTextBuffer(text);
     if (m_iLastErrorLine > 0)
         m_iLastErrorLine += m_iLinesBefore;
-    m_LoadWarnings = check.finish(sourceName, m_iLinesBefore);
+    setLoadWarnings(check.finish(sourceName, m_iLinesBefore));
     logLoadWarnings();
-    m_iLinesBefore = 0;
     if (status == PL_SUCCESS)
-        m_iFileSectionCount = m_iSectionCount;
+        m_iFileSectionCount = sectionCount();
     return status;
 }
 
@@ -333,16 +324,15 @@ int CPLClickInfo::loadDicomMetadata(const char* data, qint64 size, const QString
     const PLDicom::Copy copy = PLDicom::lastCopy(data, size);
     if (copy.text.size() == 0)
         return PL_NOTHING_TO_WORK_ON;
-    const QString source = filePath.isEmpty()
-        ? QString()
-        : QStringLiteral("%1 (last metadata copy)").arg(filePath);
+    const QString source
+        = filePath.isEmpty() ? QString() : QStringLiteral("%1 (last metadata copy)").arg(filePath);
     const int status = loadClickInfoBytes(copy.text.begin, copy.text.size(), source);
     if (copy.cut) {
         const int line = 1 + int(std::count(copy.text.begin, copy.cut, '\n'));
         CPLLoadWarning warning(CPLLoadWarning::CutCopy, line, 1, QString(), QString());
         warning.setFile(source);
         qCWarning(lcOvLoad).noquote() << warning.toString();
-        m_LoadWarnings.append(warning);
+        appendLoadWarning(warning);
     }
     return status;
 }
@@ -382,12 +372,14 @@ int CPLClickInfo::loadAnalyzedClickInfo(const QString& path)
     if (!m_strClickNumber.isEmpty() && !analysis.m_strClickNumber.isEmpty()
         && m_strClickNumber != analysis.m_strClickNumber)
         return PL_INVALID_ARGUMENT;
-    const QStringList keys = analysis.m_SectionKeys;
+    const QStringList keys = analysis.getSectionKeys();
     for (const QString& key : keys) {
         if (isSectionPresent(key))
             continue;
-        std::unique_ptr<CPLSection> section(analysis.takeSection(key));
-        adoptSection(section);
+        const CPLTextLocation origin = analysis.getSectionOrigin(key);
+        std::unique_ptr<CPLSection> section = analysis.takeSection(key);
+        if (adoptSection(section) == PL_SUCCESS)
+            setSectionOrigin(key, origin);
     }
     if (m_strClickNumber.isEmpty())
         m_strClickNumber = analysis.m_strClickNumber;
@@ -409,8 +401,9 @@ QString CPLClickInfo::getClickInfoData() const
     for (const QString& line : m_LeadingLines)
         text += line + QLatin1Char('\n');
     QString sectionText;
-    for (const QString& key : m_SectionKeys) {
-        if (const CPLSection* section = m_Sections.value(CPLCaseInsensitiveKey::lookup(key))) {
+    const QStringList keys = getSectionKeys();
+    for (const QString& key : keys) {
+        if (const CPLSection* section = (*this)[key]) {
             section->saveSectionData(sectionText);
             text += sectionText;
         }
@@ -482,55 +475,9 @@ int CPLClickInfo::appendAnalysisUserInputSection()
     return PL_SUCCESS;
 }
 
-bool CPLClickInfo::isSectionPresent(const QString& sectionKey) const
-{
-    return m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey)) != nullptr;
-}
-
-CPLSection* CPLClickInfo::operator[](const QString& sectionKey) const
-{
-    // Reads come in runs from one section: the key asked for last, compared by its text, finds
-    // it again without a lookup. The key is kept as a copy of its own, so that a caller's
-    // buffer that changes behind the same pointer (QString::fromRawData()) is seen as the new
-    // text it holds.
-    const qsizetype size = sectionKey.size();
-    if (m_pLastSection && size == m_LastSectionKey.size()
-        && std::memcmp(sectionKey.constData(), m_LastSectionKey.constData(),
-                       size_t(size) * sizeof(QChar))
-            == 0)
-        return m_pLastSection;
-    CPLSection* section = m_Sections.value(CPLCaseInsensitiveKey::lookup(sectionKey));
-    if (section) {
-        m_LastSectionKey.resize(int(size));
-        std::copy(sectionKey.constData(), sectionKey.constData() + size, m_LastSectionKey.data());
-        m_pLastSection = section;
-    }
-    return section;
-}
-
-CPLSection* CPLClickInfo::operator[](int position) const
-{
-    if (position < 0 || position >= m_SectionKeys.size())
-        return nullptr;
-    return (*this)[m_SectionKeys.at(position)];
-}
-
-int CPLClickInfo::getSectionCount(int* count) const
-{
-    if (!count)
-        return PL_NULL_ARGUMENT;
-    *count = m_iSectionCount;
-    return PL_SUCCESS;
-}
-
 int CPLClickInfo::getFileSectionCount() const
 {
     return m_iFileSectionCount;
-}
-
-QStringList CPLClickInfo::getSectionKeys() const
-{
-    return m_SectionKeys;
 }
 
 QStringList CPLClickInfo::getLeadingLines() const
@@ -541,19 +488,6 @@ QStringList CPLClickInfo::getLeadingLines() const
 int CPLClickInfo::getLastErrorLine() const
 {
     return m_iLastErrorLine;
-}
-
-QStringList CPLClickInfo::getLoadWarnings() const
-{
-    QStringList messages;
-    for (const CPLLoadWarning& warning : m_LoadWarnings)
-        messages.append(warning.toString());
-    return messages;
-}
-
-QList<CPLLoadWarning> CPLClickInfo::getLoadWarningList() const
-{
-    return m_LoadWarnings;
 }
 
 int CPLClickInfo::getClickNumber(QString* clickNumber) const

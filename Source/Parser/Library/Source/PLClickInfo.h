@@ -1,14 +1,12 @@
 #ifndef PLCLICKINFO_H
 #define PLCLICKINFO_H
 
-#include "PLCaseInsensitiveKey.h"
 #include "PLImageTypes.h"
 #include "PLLoadWarning.h"
+#include "PLSectionedDocument.h"
 #include "ovparser_global.h"
 
-#include <QHash>
 #include <QList>
-#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -27,16 +25,18 @@ class CPLSection;
 // (written back first) and the acquisition's click number, the name of its "ClickNumber"
 // section.
 //
+// The sections themselves, their order, their origins and the load warnings are kept by the
+// base, CPLSectionedDocument, whose public functions (isSectionPresent(), operator[],
+// getSectionCount(), getSectionKeys(), getLoadWarnings()) are part of this document's API.
+//
 // Text is Latin-1 in both directions. Operations return an int status from PLStatus.h and
 // write their results only on success; nothing is thrown. A document is not safe for use
 // from several threads at once. Documents cannot be copied.
-class OVPARSER_EXPORT CPLClickInfo
+class OVPARSER_EXPORT CPLClickInfo : public CPLSectionedDocument
 {
 public:
     CPLClickInfo();
-    virtual ~CPLClickInfo();
-    CPLClickInfo(const CPLClickInfo&) = delete;
-    CPLClickInfo& operator=(const CPLClickInfo&) = delete;
+    ~CPLClickInfo() override;
 
     // Makes one section from its text (header line and body) and adds it under `sectionKey`.
     // While loadTextBuffer() runs, the text it passes refers to the text being loaded
@@ -203,26 +203,17 @@ public:
     int addTiffClickNumberSection(bool acquiredFromFile, bool modifiedSinceSaved,
                                   const QString& clickNumber);
 
-    // Whether a section with this key is present, in any case.
-    bool isSectionPresent(const QString& sectionKey) const;
-    // The section with this key, in any case, or null. The document keeps ownership.
-    CPLSection* operator[](const QString& sectionKey) const;
-    // The section at this position of the section order, or null outside it.
-    CPLSection* operator[](int position) const;
-    // The number of sections. 16 for a null pointer.
-    int getSectionCount(int* count) const;
     // The number of sections right after the last successful load from a file.
     int getFileSectionCount() const;
-    // The section keys in their own spelling, in the order of saving.
-    QStringList getSectionKeys() const;
     // The lines that stood before the first section header of the loaded file.
     QStringList getLeadingLines() const;
     // The 1-based line (of the file, or of the text given to loadTextBuffer()) at which the
     // last load stopped with 5 or 33; 0 when it did not stop at a line.
     int getLastErrorLine() const;
-    // Every way in which what the last load read differs from what saving writes, one
-    // warning per kind and section with its first line and the number of lines of that kind
-    // (CPLLoadWarning), in the order of their lines: besides what a section finds in its body
+
+    // The load warnings: every way in which what the last load read differs from what saving
+    // writes, one warning per kind and section with its first line and the number of lines of that
+    // kind (CPLLoadWarning), in the order of their lines: besides what a section finds in its body
     // (CPLSection::getLoadWarnings()), a byte order mark, line ends other than CR LF after a
     // header and LF after any other line, section headers not in the written form, blank
     // lines and white space that saving drops or adds (at the ends of the file and of each
@@ -233,9 +224,9 @@ public:
     // text given to loadTextBuffer(). Empty exactly when saving writes back the bytes read.
     // Each is also logged in the category "ovparser.load" (the first hundred of a load).
     // getLoadWarnings() gives each as its text ("FILE:LINE: section "KEY": ..."), and
-    // getLoadWarningList() the warnings themselves.
-    QStringList getLoadWarnings() const;
-    QList<CPLLoadWarning> getLoadWarningList() const;
+    // getLoadWarningList() the warnings themselves (both CPLSectionedDocument). A document
+    // whose sections merge (CPLSectionedDocument::RepeatedSectionRule) warns of a repeated
+    // section only when both stand in the same file.
 
     // The click number. getClickNumber() returns 16 for a null pointer.
     int getClickNumber(QString* clickNumber) const;
@@ -276,36 +267,14 @@ protected:
     // Makes a section from its text (header line and body) under `sectionKey`, without adding
     // it: what loadSectionData() adds. Notes what its body gave to warn of.
     std::unique_ptr<CPLSection> parseSection(const QString& text, const QString& sectionKey);
-    // Removes the section with this key from the document without deleting it; null when
-    // absent. The caller owns the result.
-    CPLSection* takeSection(const QString& sectionKey);
     // Hands a section to addSection() and releases it from `section` when the document took
     // it; otherwise `section` still owns it. Returns the status of addSection().
     int adoptSection(std::unique_ptr<CPLSection>& section);
-    // The position of a section key in the order of sections, in any case; -1 when absent.
-    int sectionPosition(const QString& sectionKey) const;
     // Adds a "User Input" section named after the default label set, with an empty value for
     // each of its labels, when there is none. 0, or 33 when it cannot be added.
     int addDefaultUserInputSection();
-
-    QString m_strClickNumber;
-    // Every section under its key, in any case; the document owns them.
-    QHash<CPLCaseInsensitiveKey, CPLSection*> m_Sections;
-    // The section keys in their own spelling, in order of addition (the order of saving).
-    QStringList m_SectionKeys;
-    int m_iSectionCount = 0;
-    int m_iFileSectionCount = 0;
-    QStringList m_LeadingLines;
-    int m_iLastErrorLine = 0;
-    // The warnings of the last load.
-    QList<CPLLoadWarning> m_LoadWarnings;
-    // The text that loadTextBuffer() is cutting into sections, while it does, and the number
-    // of body lines of the block it hands to loadSectionData().
-    QString m_strTextBeingLoaded;
-    int m_iBodyLines = 0;
-    // The section that operator[] found last, and a copy of the key text it was asked with.
-    mutable QString m_LastSectionKey;
-    mutable CPLSection* m_pLastSection = nullptr;
+    // Sets the leading lines written before the first section.
+    void setLeadingLines(const QStringList& lines) { m_LeadingLines = lines; }
 
 private:
     friend class CPLFileEditor; // loads the metadata of a DICOM file as loadClickInfo() does
@@ -316,6 +285,17 @@ private:
     // Loads the last metadata copy of a DICOM file's bytes; `filePath` names it.
     int loadDicomMetadata(const char* data, qint64 size, const QString& filePath);
     void logLoadWarnings() const;
+    // Line `textLine` of the text being loaded as a line of the file it came from.
+    CPLTextLocation locationOf(int textLine) const;
+
+    QString m_strClickNumber;
+    int m_iFileSectionCount = 0;
+    QStringList m_LeadingLines;
+    int m_iLastErrorLine = 0;
+    // The text that loadTextBuffer() is cutting into sections, while it does, and the number
+    // of body lines of the block it hands to loadSectionData().
+    QString m_strTextBeingLoaded;
+    int m_iBodyLines = 0;
 
     // While a load of bytes runs: its check, the name of what it reads, and the line breaks
     // trimmed off the front of the bytes; and the warnings of the section just made.

@@ -416,7 +416,7 @@ int CPLClickInfo::addTiffImageSection(const QString& sectionName, tag_eimagetype
     if (section) // a derived document refused it
         return PL_INVALID_ARGUMENT;
     if (position >= 0)
-        m_SectionKeys.move(m_SectionKeys.size() - 1, position);
+        moveSection(sectionName, position);
     return PL_SUCCESS;
 }
 
@@ -455,7 +455,7 @@ int CPLClickInfo::addTiffClickNumberSection(bool acquiredFromFile, bool modified
         section = addNewSection(PLConstants::CLICKNUMBER_KEY, number);
         if (!section)
             return PL_NOTHING_TO_WORK_ON;
-        m_SectionKeys.move(m_SectionKeys.size() - 1, 0);
+        moveSection(PLConstants::CLICKNUMBER_KEY, 0);
     }
     section->setSectionName(number);
     const auto yesNo

@@ -74,7 +74,7 @@ int CPLLabelDataSet::loadSectionData(const QString& text, const QString& section
         section->setSectionName(current);
     // The first set of a name wins, as the first section of a key does.
     if (!setSection(current))
-        insertSet(section.release(), current);
+        insertSet(std::move(section), current);
     return PL_SUCCESS;
 }
 
@@ -83,19 +83,19 @@ CPLSection* CPLLabelDataSet::setSection(const QString& setName) const
     return (*this)[setMapKey(updateLabelSetName(setName))];
 }
 
-void CPLLabelDataSet::insertSet(CPLSection* section, const QString& setName)
+CPLSection* CPLLabelDataSet::insertSet(std::unique_ptr<CPLSection> section, const QString& setName)
 {
-    const QString key = setMapKey(setName);
-    m_Sections.insert(key, section);
-    m_SectionKeys.append(key);
-    ++m_iSectionCount;
+    CPLSection* inserted = section.get();
+    insertSection(section, setMapKey(setName));
+    return inserted;
 }
 
 QStringList CPLLabelDataSet::getLabelSetNames() const
 {
     const QString prefix = setMapKey(QString());
     QStringList names;
-    for (const QString& key : m_SectionKeys) {
+    const QStringList keys = getSectionKeys();
+    for (const QString& key : keys) {
         if (key.startsWith(prefix, Qt::CaseInsensitive))
             names.append(key.mid(prefix.size()));
     }
@@ -139,8 +139,8 @@ int CPLLabelDataSet::addLabelSet(const QString& setName, const QStringList& labe
         section->clearKeyValuePairs();
     } else {
         const QString name = updateLabelSetName(setName);
-        section = new CPLSection(PLConstants::USERLABELSET_SECTION_KEY, name);
-        insertSet(section, name);
+        section = insertSet(
+            std::make_unique<CPLSection>(PLConstants::USERLABELSET_SECTION_KEY, name), name);
     }
     for (const QString& label : labels)
         section->addKeyValue(label, QString());

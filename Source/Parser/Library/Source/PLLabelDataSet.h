@@ -85,8 +85,9 @@ public:
 private:
     // The section of the set of this name, or null.
     CPLSection* setSection(const QString& setName) const;
-    // Registers a set's section (its key USERLABELSET_SECTION_KEY) under its set name.
-    void insertSet(CPLSection* section, const QString& setName);
+    // Registers a set's section (its key USERLABELSET_SECTION_KEY) under its set name, and
+    // returns it.
+    CPLSection* insertSet(std::unique_ptr<CPLSection> section, const QString& setName);
 
     QString m_strChosenSet;
 };

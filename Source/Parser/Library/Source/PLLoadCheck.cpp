@@ -97,31 +97,31 @@ void CPLLoadCheck::checkBlock(qint64 headerEnd, qint64 end, int headerLine, cons
     if (headerEnd >= m_length)
         return;
     const qint64 bodyStart = headerEnd + 1;
-    const Span body
-        = PLText::trimmed(Span { m_text + bodyStart, m_text + qMin(end, m_length) });
+    const Span body = PLText::trimmed(Span { m_text + bodyStart, m_text + qMin(end, m_length) });
     if (body.size() > 0 && body.begin != m_text + bodyStart)
         note(CPLLoadWarning::BlankLines, headerLine + 1, key);
     // The last section's end is judged with the end of the file.
     if (end >= m_length)
         return;
     // One empty line ends a section: the line end of its last line, then one line feed.
-    const QChar* lastLineEnd = body.size() > 0
-        ? PLText::findFar(body.end, m_text + end, '\n')
-        : m_text + headerEnd;
+    const QChar* lastLineEnd
+        = body.size() > 0 ? PLText::findFar(body.end, m_text + end, '\n') : m_text + headerEnd;
     if (lastLineEnd + 2 != m_text + end || lastLineEnd[1] != QLatin1Char('\n'))
         note(CPLLoadWarning::BlankLines, lineAt(lastLineEnd - m_text) + 1, key);
 }
 
-void CPLLoadCheck::repeatedSection(qint64 begin, const QString& key)
+void CPLLoadCheck::repeatedSection(qint64 begin, const QString& key, bool merged)
 {
     m_sectionWarnings = m_warnings.size();
-    note(CPLLoadWarning::RepeatedSection, lineAt(begin), key, key);
+    note(merged ? CPLLoadWarning::MergedSection : CPLLoadWarning::RepeatedSection, lineAt(begin),
+         key, key);
 }
 
 int CPLLoadCheck::sectionIndexAt(qint64 offset) const
 {
-    const auto after = std::upper_bound(m_sections.begin(), m_sections.end(), offset,
-                                        [](qint64 o, const Place& place) { return o < place.begin; });
+    const auto after
+        = std::upper_bound(m_sections.begin(), m_sections.end(), offset,
+                           [](qint64 o, const Place& place) { return o < place.begin; });
     return int(after - m_sections.begin()) - 1;
 }
 
@@ -205,7 +205,8 @@ void CPLLoadCheck::checkEnds(bool withTail, int firstLine)
             - m_text;
         m_sectionWarnings = m_warnings.size();
         const int index = sectionIndexAt(lastLine);
-        note(CPLLoadWarning::BlankLines, lineAt(lastLine), index < 0 ? QString() : m_sections.at(index).key);
+        note(CPLLoadWarning::BlankLines, lineAt(lastLine),
+             index < 0 ? QString() : m_sections.at(index).key);
     }
 }
 
@@ -223,7 +224,8 @@ QList<CPLLoadWarning> CPLLoadCheck::finish(const QString& file, int linesBefore)
         warning.setFile(file);
         warning.setLine(warning.line() + linesBefore);
     }
-    std::stable_sort(m_warnings.begin(), m_warnings.end(),
-                     [](const CPLLoadWarning& a, const CPLLoadWarning& b) { return a.line() < b.line(); });
+    std::stable_sort(
+        m_warnings.begin(), m_warnings.end(),
+        [](const CPLLoadWarning& a, const CPLLoadWarning& b) { return a.line() < b.line(); });
     return m_warnings;
 }

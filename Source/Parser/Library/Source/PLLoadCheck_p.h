@@ -38,8 +38,8 @@ public:
     // header).
     void section(qint64 begin, qint64 headerEnd, qint64 end, const PLGrammar::Header<QChar>& header,
                  const QString& key, const QList<CPLLoadWarning>& bodyWarnings);
-    // A section left out because its key repeats an earlier one's.
-    void repeatedSection(qint64 begin, const QString& key);
+    // A section whose key repeats an earlier one's: left out, or `merged` into it.
+    void repeatedSection(qint64 begin, const QString& key, bool merged);
     // The warnings of the whole load, each with `file`, in the order of their lines, the
     // lines told as lines of the bytes (the text's first line being line `linesBefore` + 1).
     QList<CPLLoadWarning> finish(const QString& file, int linesBefore);

@@ -6,8 +6,9 @@ namespace {
 // end".
 QString lines(int count, const char* singular, const char* plural)
 {
-    return count == 1 ? QStringLiteral("a line %1").arg(QLatin1String(singular))
-                      : QStringLiteral("%1 lines (the first here) %2").arg(count).arg(QLatin1String(plural));
+    return count == 1
+        ? QStringLiteral("a line %1").arg(QLatin1String(singular))
+        : QStringLiteral("%1 lines (the first here) %2").arg(count).arg(QLatin1String(plural));
 }
 
 } // namespace
@@ -75,6 +76,10 @@ QString CPLLoadWarning::message() const
     case RepeatedSection:
         return QStringLiteral("section %1 repeats the key of a section before it and is left out")
             .arg(quotedDetail);
+    case MergedSection:
+        return QStringLiteral("section %1 repeats the key of a section before it; its keys are "
+                              "merged into that section")
+            .arg(quotedDetail);
     case HeaderInLeadingLines:
         return QStringLiteral("the section header %1 has no blank after \"***\", so it is also "
                               "kept as a line before the first section and written twice")
@@ -97,7 +102,7 @@ QString CPLLoadWarning::toString() const
     QString text = m_strFile.isEmpty() ? QStringLiteral("line %1").arg(m_iLine)
                                        : QStringLiteral("%1:%2").arg(m_strFile).arg(m_iLine);
     text += QLatin1String(": ");
-    if (!m_strSection.isEmpty() && m_eKind != RepeatedSection)
+    if (!m_strSection.isEmpty() && m_eKind != RepeatedSection && m_eKind != MergedSection)
         text += QStringLiteral("section \"%1\": ").arg(m_strSection);
     return text + message();
 }

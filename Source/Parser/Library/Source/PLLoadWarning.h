@@ -51,6 +51,10 @@ public:
         // (a crash in the middle of an append). The complete copy before it is loaded, or,
         // when there is none, the cut copy as it stands; the next save appends a whole copy.
         CutCopy,
+        // A section whose key repeats an earlier section's key in the same file, in a document
+        // whose repeated sections merge (a camera configuration): its keys are merged into the
+        // earlier section, and saving writes one section.
+        MergedSection,
     };
 
     CPLLoadWarning() = default;
