@@ -273,8 +273,8 @@ protected:
     // Adds a "User Input" section named after the default label set, with an empty value for
     // each of its labels, when there is none. 0, or 33 when it cannot be added.
     int addDefaultUserInputSection();
-    // Sets the leading lines written before the first section.
-    void setLeadingLines(const QStringList& lines) { m_LeadingLines = lines; }
+    // Sets what getFileSectionCount() gives, for a derived document's own load.
+    void setFileSectionCount(int count) { m_iFileSectionCount = count; }
 
 private:
     friend class CPLFileEditor; // loads the metadata of a DICOM file as loadClickInfo() does

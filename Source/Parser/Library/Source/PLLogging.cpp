@@ -5,6 +5,7 @@ Q_LOGGING_CATEGORY(lcOvFile, "ovparser.file", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvSave, "ovparser.save", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvXml, "ovparser.xml", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvMemory, "ovparser.memory", QtInfoMsg)
+Q_LOGGING_CATEGORY(lcOvCamera, "ovparser.camera", QtInfoMsg)
 
 namespace PLLog {
 

@@ -26,6 +26,8 @@ Q_DECLARE_LOGGING_CATEGORY(lcOvSave)
 Q_DECLARE_LOGGING_CATEGORY(lcOvXml)
 // Allocation failures (critical).
 Q_DECLARE_LOGGING_CATEGORY(lcOvMemory)
+// The checks of an instrument configuration and its accessory states.
+Q_DECLARE_LOGGING_CATEGORY(lcOvCamera)
 
 namespace PLLog {
 
