@@ -242,8 +242,9 @@ TEST_F(CameraInfoTest, ExtensionChecksGiveTheirMessageAndStatus)
         EXPECT_EQ(failure.file.isEmpty(), c.status == 0);
         QString output;
         EXPECT_EQ(camera.loadCameraInfoExtensions(path(L1("inst/config")), output), c.status);
-        if (c.status != 0)
+        if (c.status != 0) {
             EXPECT_EQ(output, L1(c.message));
+        }
     }
 }
 
@@ -286,7 +287,8 @@ TEST_F(CameraInfoTest, AccessoryStatesComeFromAndGoToTheSettingsStore)
                             "GEIZID:\tyes\nMotor Steps for x-ray2 position c:\t52300\n"
                             "Removable Filter Wheel Capable:\tyes\nZoom Lens Support:\tyes\n"
                             "VIC Support:\tYes\nUSB I/O BOARD:\tyes\nUAC BOARD:\tno\n"
-                            "Filter2 Motor Driver Number:\t7\nCamera CCD Type:\tsophia BV\n"
+                            "Filter2 Motor Driver Number:\t7\nEM Filter2 Motor Driver Number:\t0\n"
+                            "Camera CCD Type:\tsophia BV\n"
                             "Electronics Tray Part Number:\t30052\nMirror angle:\t45.5\n";
     const QString file = write(L1("inst/CameraInfo.txt"), base);
     CPLCameraInfo camera;

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -195,6 +196,41 @@ TEST_F(ovtoolTest, OutputIsWhatIsExpected)
         EXPECT_EQ(succeed(c.arguments), c.out) << c.arguments;
 }
 
+// The instrument samples, shown with the settings store in the working folder.
+TEST_F(ovtoolTest, CameraShowsTheInstrumentItsExtensionsAndWhatWasRefused)
+{
+    for (const char* folder : { "instrument", "instrument-conflict" }) {
+        const QString from = SAMPLES + L1(folder);
+        QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString file = files.next();
+            copy(file, L1(folder) + file.mid(from.size()));
+        }
+    }
+    const QString store = L1("export OVPARSER_DATA_DIR=\"$PWD/data\"");
+    const struct
+    {
+        const char* arguments;
+        int exitCode;
+        QByteArray out;
+    } cases[] = {
+        { "camera|instrument", 0, golden("camera-instrument.txt") },
+        { "camera|--keys|instrument/CameraInfo.txt", 0, golden("camera-keys.txt") },
+        { "camera|--json|instrument-conflict", 0, golden("camera-conflict.json") },
+        { "camera|none.txt", 4, golden("camera-invalid.txt") },
+    };
+    for (const auto& c : cases) {
+        const Result result = ovtool(args(c.arguments), store);
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
+        EXPECT_EQ(result.out, c.out) << c.arguments;
+    }
+    const Result missing = ovtool(args("camera|nowhere"), store);
+    EXPECT_EQ(missing.exitCode, 3);
+    EXPECT_EQ(missing.err,
+              QByteArray("ovtool: nowhere: the file cannot be opened: No such file or "
+                         "directory\n"));
+}
+
 TEST_F(ovtoolTest, JsonListsCommentLinesOnlyWhenAsked)
 {
     QJsonObject expected = QJsonDocument::fromJson(golden("json-comments-annotated.json")).object();
@@ -235,8 +271,7 @@ TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
         { "show|missing.txt", 3, "ovtool: missing.txt" + noFile },
         { "set|missing.txt|a|b|c", 3, "ovtool: missing.txt" + noFile },
         { "add|missing.txt|a|b|c", 3, "ovtool: missing.txt" + noFile },
-        { "show|folder.txt", 3,
-          "ovtool: folder.txt: the file cannot be opened: Is a directory\n" },
+        { "show|folder.txt", 3, "ovtool: folder.txt: the file cannot be opened: Is a directory\n" },
         { "set|folder.txt|a|b|c", 3, "ovtool: folder.txt: cannot write: Is a directory\n" },
         { "show|fifo.txt", 3, fifo + " is never read or replaced)\n" },
         { "unset|fifo.txt|a|b", 3, fifo + "); nothing written\n" },
@@ -268,7 +303,8 @@ TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
           "click list or its linear fit)\n" },
         // 1: the section or key is not there.
         { "get|c.txt|Foo|Bar", 1, "ovtool: c.txt: no section \"Foo\"\n" },
-        { "get|c.txt|User Input|Bar", 1, "ovtool: c.txt: section \"User Input\" has no key \"Bar\"\n" },
+        { "get|c.txt|User Input|Bar", 1,
+          "ovtool: c.txt: section \"User Input\" has no key \"Bar\"\n" },
         { "get|nul.txt|User Input|tail key", 1,
           "ovtool: nul.txt:101: a NUL byte ends the text here; \"tail key\" stands after it and is "
           "not read\n" },
@@ -410,7 +446,8 @@ TEST_F(ovtoolTest, GlobalOptionsStandBeforeOrAfterTheCommand)
 TEST_F(ovtoolTest, ShowAndJsonPrintEachLineOfARepeatedKey)
 {
     const QByteArray warnings
-        = "ovtool: repeated.txt:4: section \"S\": a line repeats the key of a line before it (\"k\" "
+        = "ovtool: repeated.txt:4: section \"S\": a line repeats the key of a line before it "
+          "(\"k\" "
           "on line 2); saving writes the last value on every line of the key, and an edit of it "
           "is refused\n";
     const Result show = ovtool(args("show|repeated.txt"));
@@ -451,8 +488,8 @@ TEST_F(ovtoolTest, ReadCommandsReadStandardInput)
         { "show|-", "*** A:\tx\nk:\t1\n\n\n\n", 0, "*** A: x\n  k:  1\n",
           "ovtool: standard input:1: section \"A\": a line ends otherwise than saving ends it (CR "
           "LF after a section header, LF after every other line)\n" },
-        { "get|-|A|k", "x", 4,
-          "", "ovtool: standard input: the file holds no sections (no line begins with \"***\")\n" },
+        { "get|-|A|k", "x", 4, "",
+          "ovtool: standard input: the file holds no sections (no line begins with \"***\")\n" },
         { "json|-", "*** A:\tx\r\n*** B # c:\ty\r\n", 4, "",
           "ovtool: standard input:2: malformed section header (a header is \"*** \", a key, a "
           "colon, and no \"#\" before the colon)\n" },
@@ -505,7 +542,8 @@ TEST_F(ovtoolTest, EditsChangeOnlyTheirLines)
         // A negative number is a value.
         { "*** S:\tn\r\nT:\t20\n\n\n", "set|S|T|-85", "*** S:\tn\r\nT:\t-85\n\n\n" },
         { "\xef\xbb\xbf*** S:\tn\r\nA:\t1\n\n\n", "unset|S|A", "\xef\xbb\xbf*** S:\tn\r\n\n\n" },
-        { leading, "add|T|K|v", "Acquisition log\n\n*** S:\tn\r\nA:\t1\n\n*** T:\t\r\nK:\tv\n\n\n" },
+        { leading, "add|T|K|v",
+          "Acquisition log\n\n*** S:\tn\r\nA:\t1\n\n*** T:\t\r\nK:\tv\n\n\n" },
         // format writes what a save writes.
         { "*** S:\tn\nA :  1\nB:\t2", "format", "*** S:\tn\r\nA:\t1\nB:\t2\n\n\n\n" },
     };
@@ -540,16 +578,19 @@ TEST_F(ovtoolTest, DryRunPrintsTheDiffAndWritesNothing)
         { noLastLineEnd, "unset|e.txt|S|A|--dry-run",
           header + "@@ -1,3 +1,2 @@\n *** S:\tn\n-A:\t1\n B:\t2\n\\ No newline at end of file\n" },
         // Three lines of context; a second change far enough away is a hunk of its own.
-        { "*** S:\tn\n1:\ta\n2:\tb\n3:\tc\n4:\td\n5:\te\n6:\tf\n7:\tg\n8:\th\n9:\ti\n", "format|e.txt|--dry-run",
-          header + "@@ -1,4 +1,4 @@\n-*** S:\tn\n+*** S:\tn\r\n 1:\ta\n 2:\tb\n 3:\tc\n"
-                   "@@ -8,3 +8,6 @@\n 7:\tg\n 8:\th\n 9:\ti\n+\n+\n+\n" },
+        { "*** S:\tn\n1:\ta\n2:\tb\n3:\tc\n4:\td\n5:\te\n6:\tf\n7:\tg\n8:\th\n9:\ti\n",
+          "format|e.txt|--dry-run",
+          header
+              + "@@ -1,4 +1,4 @@\n-*** S:\tn\n+*** S:\tn\r\n 1:\ta\n 2:\tb\n 3:\tc\n"
+                "@@ -8,3 +8,6 @@\n 7:\tg\n 8:\th\n 9:\ti\n+\n+\n+\n" },
         // Nothing to change, nothing printed.
         { "*** S:\tn\r\nA:\t1\n\n\n\n", "format|--dry-run|e.txt", "" },
         { m_sample, "unset|--dry-run|e.txt|User Input|Group",
-          header + "@@ -7,7 +7,6 @@\n *** User Input:\tOrvane Universal\r\n # Labels entered at the "
-                   "instrument when the image was taken\n User:\tKatrin Lenz\n-Group:\tTumor Models "
-                   "Core\n Experiment:\tEXP-0412 4T1-luc2 flank growth\n Comment1:\tDay 7 after "
-                   "implant\n Comment2:\t\n" },
+          header
+              + "@@ -7,7 +7,6 @@\n *** User Input:\tOrvane Universal\r\n # Labels entered at the "
+                "instrument when the image was taken\n User:\tKatrin Lenz\n-Group:\tTumor Models "
+                "Core\n Experiment:\tEXP-0412 4T1-luc2 flank growth\n Comment1:\tDay 7 after "
+                "implant\n Comment2:\t\n" },
     };
     for (const auto& c : cases) {
         writeBytes(path("e.txt"), c.before);
@@ -582,7 +623,8 @@ TEST_F(ovtoolTest, SetChangesOnlyTheValue)
 {
     // The inline comment of the old value stays; a value with its own "#" replaces it.
     succeed("set|c.txt|user input|treatment|Saline");
-    const Result hash = ovtool(args("set|c.txt|Camera System Info|Stage Temperature|36.5 # cold stage"));
+    const Result hash
+        = ovtool(args("set|c.txt|Camera System Info|Stage Temperature|36.5 # cold stage"));
     EXPECT_EQ(hash.exitCode, 0);
     EXPECT_EQ(hash.err,
               "ovtool: c.txt: a \"#\" starts a comment in these files: get will read \"36.5\"; get "
@@ -658,8 +700,8 @@ TEST_F(ovtoolTest, ConcurrentEditsKeepEveryEdit)
     const char* prefixes[] = { "a", "b" };
     for (int e = 0; e < 2; ++e) {
         editors[e].setWorkingDirectory(m_dir.path());
-        editors[e].start(L1("sh"), { L1("-c"), loop.arg(edits).arg(L1(prefixes[e])),
-                                     L1(OVTOOL_PATH) });
+        editors[e].start(L1("sh"),
+                         { L1("-c"), loop.arg(edits).arg(L1(prefixes[e])), L1(OVTOOL_PATH) });
     }
     for (QProcess& editor : editors) {
         ASSERT_TRUE(editor.waitForFinished(120000));
@@ -687,8 +729,8 @@ TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
 TEST_F(ovtoolTest, HelpAndVersion)
 {
     const QByteArray toolHelp = succeed("--help");
-    for (const char* command : { "show", "get", "set", "add", "unset", "format", "json",
-                                 "settings", "labels", "spectral", "browse" }) {
+    for (const char* command : { "show", "get", "set", "add", "unset", "format", "json", "settings",
+                                 "labels", "spectral", "browse" }) {
         EXPECT_TRUE(toolHelp.contains(QByteArray("\n  ") + command + ' ')) << command;
         const QByteArray help = succeed(QByteArray(command).append("|--help").constData());
         EXPECT_TRUE(help.startsWith(QByteArray("Usage: ovtool ") + command + " [options] "));
@@ -699,8 +741,8 @@ TEST_F(ovtoolTest, HelpAndVersion)
             << command;
     }
     for (const char* command : { "set", "add", "unset", "format" })
-        EXPECT_TRUE(succeed(QByteArray(command).append("|--help").constData())
-                        .contains("\n  --dry-run "))
+        EXPECT_TRUE(
+            succeed(QByteArray(command).append("|--help").constData()).contains("\n  --dry-run "))
             << command;
     EXPECT_EQ(succeed("--version"),
               "ovtool " OVPARSER_VERSION_STRING "\novparser library "

@@ -17,6 +17,7 @@ int runSettings(const QStringList& arguments);
 int runLabels(const QStringList& arguments);
 int runBrowse(const QStringList& arguments);
 int runSpectral(const QStringList& arguments);
+int runCamera(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

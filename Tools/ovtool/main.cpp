@@ -40,6 +40,9 @@ const Command COMMANDS[] = {
       runLabels },
     { QLatin1String("spectral"),
       QLatin1String("Summarises a spectral-analysis XML file (--json for JSON)."), runSpectral },
+    { QLatin1String("camera"),
+      QLatin1String("Shows an instrument configuration with its extensions and accessories."),
+      runCamera },
 };
 
 QString commandsHelp()

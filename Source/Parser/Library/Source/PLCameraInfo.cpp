@@ -785,7 +785,7 @@ void CPLCameraInfo::resetStates()
 
 void CPLCameraInfo::deriveHardware()
 {
-    enum Test { Yes, HoldsValue, CCDType };
+    enum Test { Yes, DriverFitted, CCDType };
     struct Rule
     {
         Option option;
@@ -803,12 +803,12 @@ void CPLCameraInfo::deriveHardware()
         { CNI32, CNI32_KEY, Yes, nullptr },
         { Output1, OUTPUT_1_KEY, Yes, nullptr },
         { Output2, OUTPUT_2_KEY, Yes, nullptr },
-        { Filter2, FILTER2_MOTOR_DRIVER_NUMBER_KEY, HoldsValue, nullptr },
-        { EMFilter2, EM_FILTER2_MOTOR_DRIVER_NUMBER_KEY, HoldsValue, nullptr },
+        { Filter2, FILTER2_MOTOR_DRIVER_NUMBER_KEY, DriverFitted, nullptr },
+        { EMFilter2, EM_FILTER2_MOTOR_DRIVER_NUMBER_KEY, DriverFitted, nullptr },
         { FluorescenceKit, FLUORESCENCE_KIT_INSTALLED_KEY, Yes, nullptr },
-        { FluorescenceXMotor, FLUORESCENCE_X_MOTOR_DRIVER_NUMBER_KEY, HoldsValue, nullptr },
-        { FluorescenceYMotor, FLUORESCENCE_Y_MOTOR_DRIVER_NUMBER_KEY, HoldsValue, nullptr },
-        { RotationStage, TURNTABLE_MOTOR_DRIVER_NUMBER_KEY, HoldsValue, nullptr },
+        { FluorescenceXMotor, FLUORESCENCE_X_MOTOR_DRIVER_NUMBER_KEY, DriverFitted, nullptr },
+        { FluorescenceYMotor, FLUORESCENCE_Y_MOTOR_DRIVER_NUMBER_KEY, DriverFitted, nullptr },
+        { RotationStage, TURNTABLE_MOTOR_DRIVER_NUMBER_KEY, DriverFitted, nullptr },
         { MouseImagingShuttle, MOUSE_IMAGING_SHUTTLE_ENABLED_KEY, Yes, nullptr },
         { SideViewMirror, SIDE_VIEW_MIRROR_ENABLED_KEY, Yes, nullptr },
         { DU88Camera, CAMERA_CCD_TYPE_KEY, CCDType, &DU88_CCD },
@@ -821,8 +821,8 @@ void CPLCameraInfo::deriveHardware()
         case Yes:
             m_Options[rule.option] = value == YES_VALUE;
             break;
-        case HoldsValue:
-            m_Options[rule.option] = !value.isEmpty();
+        case DriverFitted:
+            m_Options[rule.option] = value.toInt() > 0;
             break;
         case CCDType:
             m_Options[rule.option] = value.contains(*rule.ccdType, Qt::CaseInsensitive);

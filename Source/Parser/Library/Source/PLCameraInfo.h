@@ -362,12 +362,12 @@ struct OVPARSER_EXPORT CPLCameraExtensionFailure
 //   "Omega controller installed"         hasOmegaController()          "yes"
 //   "cni32"                              hasCNI32()                    "yes"
 //   "output 1", "output 2"               isOutput1Enabled(), isOutput2Enabled()  "yes"
-//   "Filter2 Motor Driver Number"        hasFilter2()                  holds a value
-//   "EM Filter2 Motor Driver Number"     hasEMFilter2()                holds a value
+//   "Filter2 Motor Driver Number"        hasFilter2()                  a number above 0
+//   "EM Filter2 Motor Driver Number"     hasEMFilter2()                a number above 0
 //   "Fluorescence kit installed"         hasFluorescenceKit()          "yes"
-//   "Fluorescence X Motor Driver Number" hasFluorescenceXMotor()       holds a value
-//   "Fluorescence Y Motor Driver Number" hasFluorescenceYMotor()       holds a value
-//   "Rotation Stage Motor Driver Number" hasRotationStage()            holds a value
+//   "Fluorescence X Motor Driver Number" hasFluorescenceXMotor()       a number above 0
+//   "Fluorescence Y Motor Driver Number" hasFluorescenceYMotor()       a number above 0
+//   "Rotation Stage Motor Driver Number" hasRotationStage()            a number above 0
 //   "Mouse Imaging Shuttle Enabled"      isMouseImagingShuttleEnabled()  "yes"
 //   "Side View Mirror Enabled"           isSideViewMirrorEnabled()     "yes"
 //   "Lights Control Polarity"            getLightsControlPolarity()    the value
@@ -376,6 +376,7 @@ struct OVPARSER_EXPORT CPLCameraExtensionFailure
 //   "Stage offset", "Mirror x-offset",   getStageOffset(), getMirrorXOffset(),
 //   "Mirror angle"                       getMirrorAngle()              read as floats
 //   "System Configuration"               getSystemType()               the KORA type named
+// (A motor driver number of 0 means that no such motor is fitted.)
 //
 // A document is not safe for use from several threads at once.
 class OVPARSER_EXPORT CPLCameraInfo : public CPLClickInfo
