@@ -2,7 +2,7 @@
 # Ubuntu; see scripts/install-deps.sh), then configures and builds with CMake.
 #
 #   make run     build and show the bundled samples with ovtool: an acquisition, the browse
-#                table of samples/, settings files and label sets
+#                table of samples/, settings files, label sets and the sample instrument
 #   make test    build and run every test
 #   make bench   Release build of the benchmarks, run with the target ratios
 #   make fuzz    run each fuzz target for FUZZ_SECONDS (30) seconds
@@ -40,6 +40,8 @@ run:
 	$(BUILD_DIR)/Tools/ovtool/ovtool settings --filter Custom samples/settings/Presets
 	$(BUILD_DIR)/Tools/ovtool/ovtool labels samples/settings/UserLabelNames.txt
 	$(BUILD_DIR)/Tools/ovtool/ovtool spectral $(SPECTRAL_SAMPLE)
+	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument
+	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument-conflict
 
 test:
 	bash scripts/install-deps.sh build test xml

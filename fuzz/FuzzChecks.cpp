@@ -1,8 +1,10 @@
 #include "FuzzChecks.h"
 
+#include "PLCameraInfo.h"
 #include "PLClickInfo.h"
 #include "PLFileEditor.h"
 #include "PLLabelDataSet.h"
+#include "PLPaths.h"
 #include "PLPreferenceKeyList.h"
 #include "PLSection.h"
 #include "PLSectionScanner.h"
@@ -12,9 +14,12 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtGlobal>
 
@@ -223,7 +228,8 @@ std::string checkSavesBack(const QByteArray& bytes, const char* what)
 }
 
 // The bytes that make a file differ from the written form in one place.
-const char MUTATION_BYTES[] = { ' ', '\t', '\r', '\n', ':', '#', '*', '\v', '\x85', '\xa0', 'x', '\0' };
+const char MUTATION_BYTES[]
+    = { ' ', '\t', '\r', '\n', ':', '#', '*', '\v', '\x85', '\xa0', 'x', '\0' };
 
 // `text` with one byte inserted, replaced or removed, as `choice` picks.
 QByteArray mutated(QByteArray text, quint64 choice)
@@ -245,7 +251,8 @@ QByteArray mutated(QByteArray text, quint64 choice)
 
 std::string checkClickInfo(const uint8_t* data, size_t size)
 {
-    const QByteArray input = QByteArray::fromRawData(reinterpret_cast<const char*>(data), int(size));
+    const QByteArray input
+        = QByteArray::fromRawData(reinterpret_cast<const char*>(data), int(size));
     std::string failure = checkSavesBack(input, "the input");
     if (!failure.empty())
         return failure;
@@ -261,7 +268,8 @@ std::string checkClickInfo(const uint8_t* data, size_t size)
         seed = (seed ^ uchar(c)) * 1099511628211ull;
     for (int round = 0; round < 8 && failure.empty(); ++round) {
         seed = seed * 6364136223846793005ull + 1442695040888963407ull;
-        failure = checkSavesBack(mutated(written, seed >> 16), "the written form changed in one place");
+        failure
+            = checkSavesBack(mutated(written, seed >> 16), "the written form changed in one place");
     }
     return failure;
 }
@@ -273,7 +281,8 @@ int lineEnds(const QByteArray& bytes)
 {
     int count = 0;
     for (int i = 0; i < bytes.size(); ++i)
-        count += bytes[i] == '\n' || (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'));
+        count += bytes[i] == '\n'
+            || (bytes[i] == '\r' && (i + 1 == bytes.size() || bytes[i + 1] != '\n'));
     return count;
 }
 
@@ -342,8 +351,8 @@ std::string checkEditor(const uint8_t* data, size_t size)
     const QStringList sections = before.getSectionKeys();
     if (sections.isEmpty() && edit != 3)
         return std::string();
-    const QString sectionKey = edit == 3 ? QStringLiteral("New Section")
-                                         : sections[pick % sections.size()];
+    const QString sectionKey
+        = edit == 3 ? QStringLiteral("New Section") : sections[pick % sections.size()];
     QStringList keys;
     if (const CPLSection* section = before[sectionKey]) {
         for (const QString& key : section->getEntryKeys())
@@ -352,15 +361,22 @@ std::string checkEditor(const uint8_t* data, size_t size)
     }
     if (keys.isEmpty() && (edit == 0 || edit == 2))
         return std::string();
-    const QString key = edit == 1 || edit == 3 ? QStringLiteral("New Key") : keys[pick % keys.size()];
+    const QString key
+        = edit == 1 || edit == 3 ? QStringLiteral("New Key") : keys[pick % keys.size()];
 
     CPLClickInfo old;
     old.loadClickInfoBytes(bytes.constData(), bytes.size(), QString());
     int status = PL_SUCCESS;
     switch (edit) {
-    case 0: status = editor.setValue(sectionKey, key, value); break;
-    case 2: status = editor.removeKey(sectionKey, key); break;
-    default: status = editor.addKeyValue(sectionKey, key, value); break;
+    case 0:
+        status = editor.setValue(sectionKey, key, value);
+        break;
+    case 2:
+        status = editor.removeKey(sectionKey, key);
+        break;
+    default:
+        status = editor.addKeyValue(sectionKey, key, value);
+        break;
     }
     const QByteArray edited = editor.editedBytes();
     if (status != PL_SUCCESS)
@@ -586,6 +602,93 @@ std::string checkSpectral(const uint8_t* data, size_t size)
         previous = written;
     }
     return std::string();
+}
+
+namespace {
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(bytes);
+}
+
+// Whether extension text merges where it cannot cut into the base file's lines: the text as
+// the loader reads it has no "*** ", or its first one begins a line and a main section header
+// is present (otherwise the place of insertion is the one of the text before a main header
+// was put in front of it, which may lie inside a line).
+bool mergesBetweenLines(const QByteArray& base)
+{
+    QString text = QString::fromLatin1(base);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    text = text.trimmed();
+    if (text.startsWith(QChar(0xef)))
+        return false; // a byte order mark is skipped; leave such texts out
+    const int first = text.indexOf(QLatin1String("*** "));
+    return first < 0
+        || ((first == 0 || text.at(first - 1) == QLatin1Char('\n'))
+            && text.contains(QLatin1String("*** Camera System Info:"), Qt::CaseInsensitive));
+}
+
+// The first key of `alone` that `merged` lacks, as "section/key"; empty when none.
+std::string lostKey(const CPLCameraInfo& alone, const CPLCameraInfo& merged)
+{
+    for (const QString& sectionKey : alone.getSectionKeys()) {
+        const CPLSection* section = alone[sectionKey];
+        const CPLSection* into = merged[sectionKey];
+        QStringList keys;
+        section->getKeyList(&keys);
+        for (const QString& key : qAsConst(keys)) {
+            if (!into || !into->isKeyPresent(key))
+                return QString(sectionKey + QLatin1Char('/') + key).toStdString();
+        }
+    }
+    return std::string();
+}
+
+} // namespace
+
+std::string checkCamera(const uint8_t* data, size_t size)
+{
+    static QTemporaryDir scratch;
+    if (!scratch.isValid() || size > 1 << 20)
+        return std::string();
+    qputenv(OV_DATA_DIR_VARIABLE, scratch.filePath(QStringLiteral("data")).toLocal8Bit());
+    const QList<QByteArray> parts
+        = QByteArray(reinterpret_cast<const char*>(data), int(size)).split('\n');
+    QList<QByteArray> files { QByteArray() };
+    for (const QByteArray& line : parts) {
+        if (line == "%%" && files.size() < 4)
+            files.append(QByteArray());
+        else
+            files.last() += line + '\n';
+    }
+    QDir(scratch.path()).removeRecursively();
+    QDir().mkpath(scratch.filePath(QStringLiteral("inst/config")));
+    QDir().mkpath(scratch.filePath(QStringLiteral("alone")));
+    writeFile(scratch.filePath(QStringLiteral("inst/CameraInfo.txt")), files.at(0));
+    writeFile(scratch.filePath(QStringLiteral("alone/CameraInfo.txt")), files.at(0));
+    for (int i = 1; i < files.size(); ++i) {
+        QByteArray text = files.at(i);
+        if (text.startsWith('+'))
+            text = "*** Extension Info:\tE" + QByteArray::number(i) + "\nExtension name:\tE"
+                + QByteArray::number(i)
+                + "\nSystem Configuration:\tKORA 200\nConflicts with extensions:\t\n" + text.mid(1);
+        writeFile(scratch.filePath(QStringLiteral("inst/config/e%1.cfg").arg(i)), text);
+    }
+    CPLCameraInfo alone;
+    CPLCameraInfo merged;
+    const int aloneStatus = alone.load(scratch.filePath(QStringLiteral("alone/CameraInfo.txt")));
+    const int mergedStatus = merged.load(scratch.filePath(QStringLiteral("inst/CameraInfo.txt")));
+    merged.loadCameraInfo(scratch.filePath(QStringLiteral("inst/CameraInfo.txt")));
+    if (aloneStatus != PL_SUCCESS || !mergesBetweenLines(files.at(0)))
+        return std::string();
+    if (mergedStatus != PL_SUCCESS)
+        return "the base file loads alone but not with its extensions: status "
+            + std::to_string(mergedStatus);
+    const std::string lost = lostKey(alone, merged);
+    return lost.empty() ? std::string() : "the extensions lost the base key " + lost;
 }
 
 void silenceMessages()

@@ -49,6 +49,15 @@ std::string checkSettings(const uint8_t* data, size_t size);
 // read back at the precision written; tabs and line breaks in texts become blanks once).
 std::string checkSpectral(const uint8_t* data, size_t size);
 
+// The instrument configuration: the input split at lines "%%" into a base "CameraInfo.txt"
+// and up to three extension files ("e1.cfg" to "e3.cfg"; one whose text begins with "+" gets
+// a valid "Extension Info" section for a "KORA 200" in front of the rest), written to a
+// scratch folder and loaded with CPLCameraInfo::load(), and the base file loaded alone. When
+// the base file alone loads and its first "*** " begins a line of a text that has a main
+// section header (or it has no "*** "), the load with extensions succeeds too and holds every
+// key of every section of the base file alone.
+std::string checkCamera(const uint8_t* data, size_t size);
+
 // Drops the library's log messages (malformed input is logged), which would otherwise flood
 // a fuzzing run.
 void silenceMessages();

@@ -15,37 +15,37 @@
 namespace {
 
 // Camera model names.
-constexpr QLatin1String MODEL_DZ930("dz930");
-constexpr QLatin1String MODEL_DZ936R("dz936r");
-constexpr QLatin1String MODEL_DS934R("ds934r");
-constexpr QLatin1String MODEL_ANDOR("Andor");
-constexpr QLatin1String MODEL_ANDOR_LOWER("andor");
-constexpr QLatin1String MODEL_EEV("eev");
-constexpr QLatin1String MODEL_DZ436("dz436");
-constexpr QLatin1String MODEL_DW434("dw434");
-constexpr QLatin1String MODEL_DU88("du88");
-constexpr QLatin1String MODEL_SITE("site");
+const QLatin1String MODEL_DZ930("dz930");
+const QLatin1String MODEL_DZ936R("dz936r");
+const QLatin1String MODEL_DS934R("ds934r");
+const QLatin1String MODEL_ANDOR("Andor");
+const QLatin1String MODEL_ANDOR_LOWER("andor");
+const QLatin1String MODEL_EEV("eev");
+const QLatin1String MODEL_DZ436("dz436");
+const QLatin1String MODEL_DW434("dw434");
+const QLatin1String MODEL_DU88("du88");
+const QLatin1String MODEL_SITE("site");
 
 // The CCD type that sets its own width, and the system types that decide it.
-constexpr QLatin1String CCD_TYPE_SOPHIA("Sophia");
-constexpr QLatin1String SYSTEM_KORA_200("KORA 200");
-constexpr QLatin1String SYSTEM_KORA_50("KORA 50");
+const QLatin1String CCD_TYPE_SOPHIA("Sophia");
+const QLatin1String SYSTEM_KORA_200("KORA 200");
+const QLatin1String SYSTEM_KORA_50("KORA 50");
 
 // Binning names of each style: high resolution, high sensitivity, medium.
-constexpr QLatin1String NAME_HR("HR");
-constexpr QLatin1String NAME_HS("HS");
-constexpr QLatin1String NAME_M("M");
-constexpr QLatin1String NAME_SMALL_HI_RES("Small (Hi Res)");
-constexpr QLatin1String NAME_LARGE_HI_SENS("Large (Hi Sens)");
-constexpr QLatin1String NAME_MED("Med.");
-constexpr QLatin1String NAME_SMALL_HI_RESOLUTION("Small (Hi Resolution)");
-constexpr QLatin1String NAME_LARGE_HI_SENSITIVITY("Large (Hi Sensitivity)");
-constexpr QLatin1String NAME_MEDIUM("Medium");
+const QLatin1String NAME_HR("HR");
+const QLatin1String NAME_HS("HS");
+const QLatin1String NAME_M("M");
+const QLatin1String NAME_SMALL_HI_RES("Small (Hi Res)");
+const QLatin1String NAME_LARGE_HI_SENS("Large (Hi Sens)");
+const QLatin1String NAME_MED("Med.");
+const QLatin1String NAME_SMALL_HI_RESOLUTION("Small (Hi Resolution)");
+const QLatin1String NAME_LARGE_HI_SENSITIVITY("Large (Hi Sensitivity)");
+const QLatin1String NAME_MEDIUM("Medium");
 
 // Keys of the "Camera System Info" section of an acquisition.
-constexpr QLatin1String CCD_MAP_KEY("CCDmap");
-constexpr QLatin1String SHELF_POSITION_KEY("Shelf Position");
-constexpr QLatin1String FOV_SUBKEY("FOV");
+const QLatin1String CCD_MAP_KEY("CCDmap");
+const QLatin1String SHELF_POSITION_KEY("Shelf Position");
+const QLatin1String FOV_SUBKEY("FOV");
 
 // How far a shelf position may lie from a field of view's position and still be in it.
 constexpr double SHELF_POSITION_TOLERANCE = 0.00001;

@@ -606,6 +606,11 @@ int CPLCameraInfo::checkExtension(const QString& path, const QString& systemType
     QString text;
     int firstLine = 1;
     int status = readText(path, &text, &firstLine);
+    // A load reads text up to its first NUL: so is the extension's text merged, which must
+    // not end the text of the base file after it.
+    const int nul = text.indexOf(QChar(0));
+    if (nul >= 0)
+        text.truncate(nul);
     CPLClickInfo extension;
     if (status == PL_SUCCESS)
         status = extension.loadTextBuffer(text);

@@ -594,6 +594,13 @@ int CPLSection::addKeyValue(const QString& key, const QString& value)
     return PL_SUCCESS;
 }
 
+void CPLSection::appendLoadedEntry(const QString& key, const QString& value)
+{
+    CPLSectionData& data = *d;
+    data.appendEntry(key, data.store(key), data.store(value), true);
+    ++data.lineCount;
+}
+
 int CPLSection::getValue(const QString& key, QString* value) const
 {
     if (!value || key.isEmpty())

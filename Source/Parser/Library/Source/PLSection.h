@@ -200,6 +200,10 @@ public:
 
 private:
     friend class CPLClickInfo;
+    friend class CPLSectionedDocument;
+    // Appends a key/value entry as a load read it, unchecked (its key may be empty, or hold
+    // what addKeyValue() refuses): a merge takes the entries of another loaded section.
+    void appendLoadedEntry(const QString& key, const QString& value);
     // Loads the body that stands from `from` to `to` in `text`, sharing `text` rather than
     // copying it when the section holds no text yet (a document passes the whole text it
     // loads, which all its sections then share). `expectedLines`, when known, is the number of

@@ -166,7 +166,7 @@ bool CPLSectionedDocument::mergeSection(const CPLSection& from, RepeatedSectionR
         if (CPLSection::isCommentKey(key))
             continue;
         if (!into->isKeyPresent(key))
-            into->addKeyValue(key, values.at(i));
+            into->appendLoadedEntry(key, values.at(i));
         else if (rule == ReplaceValues)
             into->setRawValue(key, values.at(i));
         else

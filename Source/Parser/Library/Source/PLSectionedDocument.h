@@ -105,7 +105,8 @@ protected:
     bool moveSection(const QString& sectionKey, int position);
     // Merges `from` into the present section with the same key (see the class comment;
     // `rule` is AddMissingKeys or ReplaceValues): each key of `from`, in its order, is added
-    // with its raw value (inline comment kept) when the present section lacks it, or, with
+    // as its line was read (raw value, inline comment kept; even an empty key or one that
+    // addKeyValue() refuses) when the present section lacks it, or, with
     // ReplaceValues, given that value. Comment lines of `from` are not taken. `origin` is
     // where `from` was read from. False when no section with that key is present.
     bool mergeSection(const CPLSection& from, RepeatedSectionRule rule,
