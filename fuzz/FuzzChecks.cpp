@@ -619,7 +619,7 @@ void writeFile(const QString& path, const QByteArray& bytes)
 // was put in front of it, which may lie inside a line).
 bool mergesBetweenLines(const QByteArray& base)
 {
-    QString text = QString::fromLatin1(base);
+    QString text = QString::fromLatin1(base.constData(), base.size()); // NULs included
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     text = text.trimmed();
