@@ -61,6 +61,8 @@ QString pathOf(OV_PATH_TAGS tag, const CPLCameraInfo* cameraInfo)
         return inInstrument(XRAY_REFERENCE_FOLDER);
     case OV_PATH_USER_SETTINGS:
         return userSettingsFolder();
+    case OV_PATH_BACKGROUND_LIBRARY:
+        return inInstrument(PLConstants::DARKCHARGE_FOLDER);
     }
     return QString();
 }

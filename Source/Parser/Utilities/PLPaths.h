@@ -13,6 +13,7 @@
 //       emfilters/           its emission filter wheels ("*.xem"),
 //       CT Parameters/       CT reconstruction parameters,
 //       XRReference/         x-ray reference images
+//       Background/          the library of dark backgrounds ("BkgSummary.txt")
 //   user's settings folder   QStandardPaths::GenericConfigLocation/<company>/Orvane
 //                            (~/.config/Pellion/Orvane on Linux)
 //
@@ -40,15 +41,17 @@ enum OV_PATH_TAGS {
     OV_PATH_CT_PARAMETERS, // its "CT Parameters" folder
     OV_PATH_XRAY_REFERENCE, // its "XRReference" folder
     OV_PATH_USER_SETTINGS, // the user's settings folder
+    OV_PATH_BACKGROUND_LIBRARY, // the instrument's "Background" folder, its dark backgrounds
 };
 
 // The environment variable that moves the whole tree.
 constexpr char OV_DATA_DIR_VARIABLE[] = "OVPARSER_DATA_DIR";
 
 // The folder of `tag`. The instrument's folders (OV_PATH_INSTRUMENT_CONFIG to
-// OV_PATH_XRAY_REFERENCE) are taken beside the configuration file of `cameraInfo` when it is
-// given and was loaded from a file (the folder holding its "CameraInfo.txt"), so that a
-// configuration folder copied anywhere is used as a whole; otherwise from the tree above.
+// OV_PATH_XRAY_REFERENCE, and OV_PATH_BACKGROUND_LIBRARY) are taken beside the configuration
+// file of `cameraInfo` when it is given and was loaded from a file (the folder holding its
+// "CameraInfo.txt"), so that a configuration folder copied anywhere is used as a whole;
+// otherwise from the tree above.
 // With `create`, the folder and its parents are made when missing (see createFolder()); the
 // path is returned either way, and an empty string for a tag outside OV_PATH_TAGS.
 OVPARSER_EXPORT QString getOVPath(OV_PATH_TAGS tag, bool create = false,

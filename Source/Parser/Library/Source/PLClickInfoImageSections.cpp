@@ -5,6 +5,7 @@
 #include "PLClickInfo.h"
 
 #include "PLConstants.h"
+#include "PLDecimalText_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 #include "PLUtilities.h"
@@ -89,16 +90,7 @@ const QString FIXED_DATE = QStringLiteral("13/12/2022");
 const QString FIXED_TIME = QStringLiteral("12:40");
 const QString FIXED_SECONDS = QStringLiteral("23");
 
-// A number in plain decimal: no exponent, no trailing zeros ("1.5", "-1", "60").
-QString decimalText(double number)
-{
-    QString text = QString::number(number, 'f', 6);
-    while (text.endsWith(QLatin1Char('0')))
-        text.chop(1);
-    if (text.endsWith(QLatin1Char('.')))
-        text.chop(1);
-    return text == QLatin1String("-0") ? ZERO : text;
-}
+using PLText::decimalText;
 
 std::tm localTime(const Setup& setup)
 {

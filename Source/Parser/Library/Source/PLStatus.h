@@ -50,6 +50,8 @@ constexpr int PL_FILE_LOCKED = 66;
 // An edit names a key that its section holds on more than one line: which line is meant is
 // not clear, so nothing is changed.
 constexpr int PL_KEY_REPEATED = 67;
+// No background of the library fits the acquisition (CPLBkgSummaryInfo::findBackground()).
+constexpr int PL_NO_BACKGROUND_FITS = 73;
 
 // The largest file the library loads as a document or XML file, 256 MiB: far above any
 // metadata or configuration file, and low enough that the text of a load (two bytes per
