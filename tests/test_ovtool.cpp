@@ -750,3 +750,61 @@ TEST_F(ovtoolTest, HelpAndVersion)
 }
 
 } // namespace
+
+// The background library sample: listed, matched with an acquisition, listed for renewal,
+// and what the tool says of an index that disagrees and of an acquisition that nothing fits.
+TEST_F(ovtoolTest, BkgListsTheLibraryAndFindsTheBackgroundForAnAcquisition)
+{
+    const QString from = SAMPLES + L1("background");
+    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString file = files.next();
+        copy(file, L1("background") + file.mid(from.size()));
+    }
+    const struct
+    {
+        const char* arguments;
+        QByteArray out;
+    } cases[] = {
+        { "bkg|background", golden("bkg-list.txt") },
+        { "bkg|--json|background/BkgSummary.txt", golden("bkg-list.json") },
+        { "bkg|background|--for|tree/KL20261104142207_001", golden("bkg-for.txt") },
+        { "bkg|background|--days|60|--date|2026-11-04", golden("bkg-renewal.txt") },
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(succeed(c.arguments), c.out) << c.arguments;
+
+    const struct
+    {
+        const char* arguments;
+        int exitCode;
+        QByteArray err;
+    } failures[] = {
+        { "bkg|background|--for|c.txt|--tolerance|0.1", 8,
+          "ovtool: c.txt: no background of the library fits the acquisition: temperature "
+          "-89.8 C differs by more than 0.1 C from every candidate (closest -90.0 C)\n" },
+        { "bkg|background|--for|tree/KL20261105101544_001", 1,
+          "ovtool: tree/KL20261105101544_001/ClickInfo.txt: the acquisition has no "
+          "\"luminescent image\" section\n" },
+        { "bkg|nowhere", 3, "ovtool: nowhere: the folder does not exist\n" },
+        { "bkg|background|--days|two", 2,
+          "ovtool: --days needs a whole number, 0 or more; see \"ovtool bkg --help\"\n" },
+    };
+    for (const auto& c : failures) {
+        const Result result = ovtool(args(c.arguments));
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
+        EXPECT_EQ(result.err, c.err) << c.arguments;
+        EXPECT_TRUE(result.out.isEmpty()) << c.arguments;
+    }
+
+    // An index that lost an entry: the list still shows it, and the index is reported.
+    writeBytes(path("background/FLindex.txt"),
+               "*** Background Index:\tfluorescent\r\nFL0001:\tFL0001/background.tif\n\n\n");
+    const Result result = ovtool(args("bkg|background"));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, golden("bkg-list.txt"));
+    EXPECT_EQ(result.err,
+              QByteArray("ovtool: background/FLindex.txt: lacks the fluorescent entry FL0002\n"
+                         "ovtool: background/FLindex.txt: lacks the fluorescent entry FL0003\n"
+                         "ovtool: background/FLindex.txt: lacks the fluorescent entry FL0004\n"));
+}

@@ -46,6 +46,7 @@ const QString EXIT_STATUS_HELP = QStringLiteral(
     "  6  the file is locked by another editor, still after waiting %1 s\n"
     "  7  refused: a key held on two lines, text that cannot stand in the file, a key\n"
     "     present already\n"
+    "  8  bkg --for: no background of the library fits the acquisition\n"
     "A failure is reported as one line on stderr that names the file (\"FILE:LINE:\" where a\n"
     "line is concerned), with the system's reason where there is one. Warnings go to\n"
     "stderr too; --quiet silences them.\n").arg(PL_LOCK_WAIT_MS / 1000);

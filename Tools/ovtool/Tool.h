@@ -29,6 +29,8 @@ enum ExitStatus {
     // The edit is refused: a key held on two lines, text that cannot stand in the file, a
     // key present already.
     ExitRefused = 7,
+    // bkg --for: no background of the library fits the acquisition.
+    ExitNoBackground = 8,
 };
 
 // What the library was doing when it returned a status: the same status means another

@@ -43,6 +43,9 @@ const Command COMMANDS[] = {
     { QLatin1String("camera"),
       QLatin1String("Shows an instrument configuration with its extensions and accessories."),
       runCamera },
+    { QLatin1String("bkg"),
+      QLatin1String("Lists a background library, or the background for an acquisition."),
+      runBkg },
 };
 
 QString commandsHelp()
