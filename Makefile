@@ -42,6 +42,8 @@ run:
 	$(BUILD_DIR)/Tools/ovtool/ovtool spectral $(SPECTRAL_SAMPLE)
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument-conflict
+	$(BUILD_DIR)/Tools/ovtool/ovtool bkg samples/background
+	$(BUILD_DIR)/Tools/ovtool/ovtool bkg samples/background --for samples/KL20261104142207_001
 
 test:
 	bash scripts/install-deps.sh build test xml

@@ -1,3 +1,4 @@
+#include "BackgroundSample.h"
 #include "PLBkgSummaryInfo.h"
 #include "PLConstants.h"
 #include "PLPaths.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QTemporaryDir>
 
 #include <limits>
@@ -403,6 +405,37 @@ TEST_F(BkgSummaryTest, LoadStatusesAndTheLibraryFolder)
     qputenv(OV_DATA_DIR_VARIABLE, m_dir.path().toLocal8Bit());
     EXPECT_EQ(getOVPath(OV_PATH_BACKGROUND_LIBRARY), m_dir.path() + L1("/Instrument/Background"));
     qunsetenv(OV_DATA_DIR_VARIABLE);
+}
+
+TEST_F(BkgSummaryTest, BundledSampleIsWhatTheGeneratorWrites)
+{
+    ASSERT_EQ(writeBackgroundSample(m_dir.path()), PL_SUCCESS);
+    const QString samples = QStringLiteral(OVPARSER_SAMPLES "/background");
+    QStringList written;
+    QDirIterator files(m_dir.path(), QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        written.append(files.next().mid(m_dir.path().size()));
+    written.sort();
+    QStringList bundled;
+    QDirIterator sampleFiles(samples, QDir::Files, QDirIterator::Subdirectories);
+    while (sampleFiles.hasNext())
+        bundled.append(sampleFiles.next().mid(samples.size()));
+    bundled.sort();
+    EXPECT_EQ(bundled, written) << "run make_samples samples to write it again";
+    EXPECT_EQ(written.size(), 15); // the summary, two indexes, twelve BkgInfo.txt
+    for (const QString& name : qAsConst(written))
+        EXPECT_EQ(readBytes(samples + name), readBytes(m_dir.path() + name)) << name.toStdString();
+
+    CPLBkgSummaryInfo library;
+    ASSERT_EQ(library.load(samples), PL_SUCCESS);
+    QList<sBkgEntry> entries;
+    library.getEntries(&entries);
+    QList<sBkgEntry> expected = backgroundSampleEntries();
+    for (sBkgEntry& entry : expected) {
+        entry.m_strPathName = entry.m_strId;
+        entry.m_strFileName = PLConstants::BACKGROUND_TIF_FILENAME;
+    }
+    EXPECT_EQ(entries, expected);
 }
 
 } // namespace
