@@ -1,6 +1,8 @@
 #include "FuzzChecks.h"
+#include "PLBkgSummaryInfo.h"
 
 #include "PLCameraInfo.h"
+#include "PLConstants.h"
 #include "PLClickInfo.h"
 #include "PLFileEditor.h"
 #include "PLLabelDataSet.h"
@@ -14,6 +16,7 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
@@ -24,6 +27,7 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -704,6 +708,137 @@ int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
         std::abort();
     }
     return 0;
+}
+
+namespace {
+
+// Whether `entry` fits the acquisition `section` describes, by the rule of findBackground().
+bool fits(const sBkgEntry& entry, const CPLSection& section, double tolerance)
+{
+    const bool fluorescent
+        = section[QStringLiteral("Image Subtype")] == QLatin1String("fluorescent");
+    return entry.m_bFluorescent == fluorescent
+        && entry.m_iBinning == section[QStringLiteral("Binning Factor")].toInt()
+        && (entry.m_strFieldOfView.compare(section[QStringLiteral("Field of View")],
+                                           Qt::CaseInsensitive)
+                == 0
+            || entry.m_strFieldOfView.toDouble()
+                == section[QStringLiteral("Field of View")].toDouble())
+        && entry.m_dExposure >= section[QStringLiteral("Luminescent Exposure (Seconds)")].toDouble()
+        && std::fabs(entry.m_dTemperature
+                     - section[QStringLiteral("Measured Temperature")].toDouble())
+        <= tolerance + 1e-9;
+}
+
+CPLSection acquisitionSection(bool fluorescent)
+{
+    CPLSection section(QStringLiteral("luminescent image"), QStringLiteral("luminescent image"));
+    section.addKeyValue(QStringLiteral("Image Subtype"),
+                        fluorescent ? QStringLiteral("fluorescent") : QString());
+    section.addKeyValue(QStringLiteral("Binning Factor"), QStringLiteral("4"));
+    section.addKeyValue(QStringLiteral("Luminescent Exposure (Seconds)"), QStringLiteral("60"));
+    section.addKeyValue(QStringLiteral("Field of View"), QStringLiteral("C"));
+    section.addKeyValue(QStringLiteral("Measured Temperature"), QStringLiteral("-90"));
+    return section;
+}
+
+std::string checkFind(const CPLBkgSummaryInfo& library, const QList<sBkgEntry>& entries)
+{
+    for (const bool fluorescent : { false, true }) {
+        const CPLSection section = acquisitionSection(fluorescent);
+        sBkgEntry found;
+        QString reason;
+        const int status = library.findBackground(section, &found, &reason);
+        const auto fitting = std::find_if(entries.begin(), entries.end(), [&](const sBkgEntry& e) {
+            return fits(e, section, PL_BKG_TEMPERATURE_TOLERANCE);
+        });
+        if (status == PL_NO_BACKGROUND_FITS) {
+            if (fitting != entries.end())
+                return "no background found, but " + fitting->m_strId.toStdString() + " fits";
+            if (reason.isEmpty())
+                return "no background found, and no reason given";
+            continue;
+        }
+        if (status != PL_SUCCESS)
+            return "findBackground() failed with " + std::to_string(status);
+        if (!fits(found, section, PL_BKG_TEMPERATURE_TOLERANCE) || !entries.contains(found))
+            return "the background found does not fit, or is not listed";
+        for (const sBkgEntry& entry : entries) {
+            if (fits(entry, section, PL_BKG_TEMPERATURE_TOLERANCE)
+                && entry.m_dExposure < found.m_dExposure)
+                return "a listed entry fits with a shorter exposure than the one found";
+        }
+    }
+    return std::string();
+}
+
+std::string checkAddRemove(CPLBkgSummaryInfo& library)
+{
+    sBkgEntry entry;
+    entry.m_bFluorescent = true;
+    entry.m_iBinning = 2;
+    entry.m_dExposure = 0.5;
+    entry.m_strFieldOfView = QStringLiteral("B");
+    entry.m_dTemperature = -90;
+    entry.m_Acquired = QDateTime::fromSecsSinceEpoch(1790000000, Qt::UTC);
+    QString id;
+    int status = library.addEntry(entry, &id);
+    // Only an ID beyond FL9999 may leave no free number: then the ID is taken.
+    if (status == PL_INVALID_ARGUMENT && library.isSectionPresent(id))
+        return std::string();
+    if (status != PL_SUCCESS)
+        return "addEntry() failed with " + std::to_string(status);
+    sBkgEntry read;
+    entry.m_strId = entry.m_strPathName = id;
+    entry.m_strFileName = PLConstants::BACKGROUND_TIF_FILENAME;
+    if (library.getEntry(id, &read) != PL_SUCCESS || read != entry)
+        return "an added entry does not read back as given";
+    status = library.removeEntry(id);
+    if (status != PL_SUCCESS || library.isSectionPresent(id))
+        return "an added entry cannot be removed";
+    return std::string();
+}
+
+} // namespace
+
+std::string checkBkg(const uint8_t* data, size_t size)
+{
+    const QByteArray input(reinterpret_cast<const char*>(data),
+                           int(std::min(size, size_t(1) << 20)));
+    QTemporaryDir scratch;
+    const QString first = scratch.filePath(QStringLiteral("first"));
+    const QString second = scratch.filePath(QStringLiteral("second"));
+    QDir().mkpath(first);
+    QDir().mkpath(second);
+    writeFile(first + QStringLiteral("/BkgSummary.txt"), input);
+    writeFile(first + QStringLiteral("/SLindex.txt"), input);
+
+    CPLBkgSummaryInfo library;
+    if (library.load(first) != PL_SUCCESS)
+        return std::string();
+    if (library.getLoadWarnings().isEmpty() && library.getClickInfoData().toLatin1() != input)
+        return "a summary loaded without warnings did not save back the bytes it read";
+    QList<sBkgEntry> entries;
+    library.getEntries(&entries);
+    std::string failure = checkFind(library, entries);
+    if (failure.empty())
+        failure = checkAddRemove(library);
+    if (!failure.empty())
+        return failure;
+    if (library.save(second) != PL_SUCCESS)
+        return "the library loaded cannot be saved";
+    CPLBkgSummaryInfo reloaded;
+    if (reloaded.load(second) != PL_SUCCESS)
+        return "the library saved does not load";
+    QList<sBkgEntry> again;
+    reloaded.getEntries(&again);
+    if (again != entries)
+        return "the library saved lists other entries than it held";
+    for (const QString& warning : reloaded.getLibraryWarnings()) {
+        if (warning.contains(QLatin1String("index.txt")))
+            return "the indexes saved disagree with the summary: " + warning.toStdString();
+    }
+    return std::string();
 }
 
 } // namespace OvFuzz

@@ -67,6 +67,14 @@ void silenceMessages();
 using Check = std::string (*)(const uint8_t* data, size_t size);
 int runTarget(const char* target, Check check, const uint8_t* data, size_t size);
 
+// A background library: the input written as "BkgSummary.txt" and as "SLindex.txt" and
+// loaded with CPLBkgSummaryInfo::load(). A load without warnings gives back the bytes read;
+// the background found for a fixed luminescent and a fixed fluorescent acquisition fits them
+// and no listed entry fits with a shorter exposure, and when none is found none fits and a
+// reason is given; an entry added reads back as given and can be removed; the library saved
+// and loaded again lists the same entries and no index disagreement.
+std::string checkBkg(const uint8_t* data, size_t size);
+
 } // namespace OvFuzz
 
 #endif // FUZZCHECKS_H
