@@ -2,8 +2,8 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLCameraInfo.h"
-#include "PLConstants.h"
 #include "PLClickInfo.h"
+#include "PLConstants.h"
 #include "PLFileEditor.h"
 #include "PLLabelDataSet.h"
 #include "PLPaths.h"
@@ -712,6 +712,17 @@ int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
 
 namespace {
 
+// Whether two fields of view are the same: as numbers when both read as numbers, else as
+// text in any case.
+bool sameField(const QString& a, const QString& b)
+{
+    bool aNumber = false;
+    bool bNumber = false;
+    const double x = a.toDouble(&aNumber);
+    const double y = b.toDouble(&bNumber);
+    return aNumber && bNumber ? x == y : a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
 // Whether `entry` fits the acquisition `section` describes, by the rule of findBackground().
 bool fits(const sBkgEntry& entry, const CPLSection& section, double tolerance)
 {
@@ -719,11 +730,7 @@ bool fits(const sBkgEntry& entry, const CPLSection& section, double tolerance)
         = section[QStringLiteral("Image Subtype")] == QLatin1String("fluorescent");
     return entry.m_bFluorescent == fluorescent
         && entry.m_iBinning == section[QStringLiteral("Binning Factor")].toInt()
-        && (entry.m_strFieldOfView.compare(section[QStringLiteral("Field of View")],
-                                           Qt::CaseInsensitive)
-                == 0
-            || entry.m_strFieldOfView.toDouble()
-                == section[QStringLiteral("Field of View")].toDouble())
+        && sameField(entry.m_strFieldOfView, section[QStringLiteral("Field of View")])
         && entry.m_dExposure >= section[QStringLiteral("Luminescent Exposure (Seconds)")].toDouble()
         && std::fabs(entry.m_dTemperature
                      - section[QStringLiteral("Measured Temperature")].toDouble())

@@ -9,6 +9,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -577,14 +579,21 @@ int CPLBkgSummaryInfo::checkIndex(Family family, const QString& filePath,
         disagree(QStringLiteral("no section ") + quoted(INDEX_SECTION));
     }
 
+    // Hashes keep the comparison linear in the number of entries.
+    QHash<QString, int> listedAt;
+    for (int position = ids.size() - 1; position >= 0; --position)
+        listedAt.insert(ids.at(position), position);
     QList<sBkgEntry> entries;
     getEntries(&entries);
-    QStringList expected;
+    QSet<QString> expected;
+    QStringList expectedCommon; // the summary's entries that the index lists, summary order
     for (const sBkgEntry& entry : qAsConst(entries)) {
         if (entry.m_bFluorescent != (family == Fluorescent))
             continue;
-        expected.append(entry.m_strId);
-        const int at = ids.indexOf(entry.m_strId);
+        expected.insert(entry.m_strId);
+        const int at = listedAt.value(entry.m_strId, -1);
+        if (at >= 0)
+            expectedCommon.append(entry.m_strId);
         if (at < 0 && listed)
             disagree(QStringLiteral("lacks the ") + familyWord(family) + QStringLiteral(" entry ")
                      + entry.m_strId);
@@ -593,7 +602,7 @@ int CPLBkgSummaryInfo::checkIndex(Family family, const QString& filePath,
                      + quoted(images.at(at)) + QStringLiteral(", the summary ")
                      + quoted(imagePath(entry)));
     }
-    QStringList common;
+    QStringList common; // the same, in the index's order
     for (const QString& id : qAsConst(ids)) {
         if (expected.contains(id))
             common.append(id);
@@ -601,11 +610,6 @@ int CPLBkgSummaryInfo::checkIndex(Family family, const QString& filePath,
             disagree(QStringLiteral("lists ") + id
                      + QStringLiteral(", which the summary does not hold as a ")
                      + familyWord(family) + QStringLiteral(" entry"));
-    }
-    QStringList expectedCommon;
-    for (const QString& id : qAsConst(expected)) {
-        if (common.contains(id))
-            expectedCommon.append(id);
     }
     if (common != expectedCommon)
         disagree(QStringLiteral("lists the entries in another order than the summary"));
