@@ -1,7 +1,9 @@
 // The analysis results of a click: kinds, each group of analysis keys, and the file they make.
 
+#include "AnalysisSample.h"
 #include "PLAnalyzedClickInfo.h"
 #include "PLConstants.h"
+#include "PLPaths.h"
 #include "PLStatus.h"
 #include "TestUtil.h"
 
@@ -270,4 +272,17 @@ TEST(AnalyzedClickInfo, AcquisitionTakesTheAnalysisSectionOnMerge)
     CPLAnalyzedClickInfo::ImageMath math;
     ASSERT_EQ(acquisition.getImageMath(&math), PL_SUCCESS);
     EXPECT_EQ(math.aClickNumber, L1("KL20261105101544_001"));
+}
+
+// samples/analysis holds what make_samples writes.
+TEST(AnalyzedClickInfo, BundledSampleIsWhatTheGeneratorWrites)
+{
+    const QString path = L1(OVPARSER_SAMPLES "/analysis/") + L1(ANALYSIS_SAMPLE_FOLDER) + L1("/")
+        + PLConstants::ANALYZED_CLICKINFO_FILENAME;
+    const QByteArray expected = analysisSampleBytes();
+    ASSERT_FALSE(expected.isEmpty());
+    EXPECT_EQ(readBytes(path), expected) << "run make_samples samples to write it again";
+    CPLAnalyzedClickInfo info;
+    ASSERT_EQ(info.load(getParentPath(path)), PL_SUCCESS);
+    EXPECT_EQ(info.getLoadWarnings(), QStringList());
 }

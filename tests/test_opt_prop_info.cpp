@@ -324,3 +324,29 @@ TEST(OptPropInfo, SettingTableUsesTheFileNames)
         EXPECT_TRUE(info.getSetting<QString>(setting).valid) << s;
     }
 }
+
+// The bundled user's file, written by hand with CR LF line ends: every setting reads as
+// written, and an edit changes one line of it.
+TEST(OptPropInfo, BundledUserPreferences)
+{
+    const QString path = L1(OVPARSER_SAMPLES "/settings/UserPreferences.txt");
+    const QByteArray original = readBytes(path);
+    CPLOptPropInfo info;
+    ASSERT_EQ(info.load(path), PL_SUCCESS);
+    EXPECT_EQ(info.fileBytes(), original);
+    for (int s = 0; s < CPLOptPropInfo::SettingCount; ++s) {
+        const auto value = info.getSetting<QString>(static_cast<CPLOptPropInfo::Setting>(s));
+        EXPECT_TRUE(value.present && value.valid) << s;
+    }
+    expectValue(info.getOpticalProperties().indexOfRefraction, 1.37, true, true, "comment");
+    expectValue(info.getReconstructionParameters(CPLOptPropInfo::Dlit).startingVoxelSize, 1.5, true,
+                true, "DLIT");
+    expectValue(info.getReconstructionParameters(CPLOptPropInfo::Spim).angleLimit, 60.0, true, true,
+                "SpIM");
+    EXPECT_EQ(info.getPlotSettings().size(), 3);
+
+    ASSERT_EQ(info.setSetting(CPLOptPropInfo::TissueProperties, L1("Muscle")), PL_SUCCESS);
+    QByteArray expected = original;
+    expected.replace("Tissue Properties:\tBrain\r\n", "Tissue Properties:\tMuscle\r\n");
+    EXPECT_EQ(info.fileBytes(), expected);
+}
