@@ -67,6 +67,20 @@ void silenceMessages();
 using Check = std::string (*)(const uint8_t* data, size_t size);
 int runTarget(const char* target, Check check, const uint8_t* data, size_t size);
 
+// The optical-property preferences: the first byte picks a setting and a reconstruction, the
+// second a value, the rest is the file. The file is loaded (CPLOptPropInfo::loadBytes()) and
+// every getter queried; a load without warnings saves back the bytes read. The value is set:
+// it succeeds or is refused with the bytes unchanged; on success it reads back, every line of
+// the file but the edited one (or the added ones) is unchanged, and a save and reload of the
+// file gives the same bytes and the value.
+std::string checkOptProp(const uint8_t* data, size_t size);
+
+// The analysis results: the first byte picks a group of analysis keys and a value, the rest is
+// the file, loaded as CPLAnalyzedClickInfo. Every getter is queried; a load without warnings
+// saves back the bytes read. The group is set: the value reads back, and the text the
+// document writes loads back to the same text with no warning.
+std::string checkAnalysis(const uint8_t* data, size_t size);
+
 } // namespace OvFuzz
 
 #endif // FUZZCHECKS_H
