@@ -350,3 +350,16 @@ TEST(OptPropInfo, BundledUserPreferences)
     expected.replace("Tissue Properties:\tBrain\r\n", "Tissue Properties:\tMuscle\r\n");
     EXPECT_EQ(info.fileBytes(), expected);
 }
+
+// A file whose text ends at once (a NUL first): the setter's section takes the place of the
+// blanks before the NUL, and the bytes from the NUL on stay.
+TEST(OptPropInfo, SectionAddedBeforeANulKeepsTheBytesAfterIt)
+{
+    const QByteArray tail("\0*** Optical Properties:\t\nTissue Properties:\tSkin\n", 50);
+    CPLOptPropInfo info;
+    loadInto(info, QByteArray(" \n") + tail);
+    ASSERT_EQ(info.setSetting(CPLOptPropInfo::TissueProperties, L1("Liver")), PL_SUCCESS);
+    EXPECT_EQ(info.fileBytes(),
+              QByteArray("*** Optical Properties:\t\r\nTissue Properties:\tLiver\n\n\n\n") + tail);
+    expectValue(info.getOpticalProperties().tissueProperties, L1("Liver"), true, true, "set");
+}
