@@ -723,8 +723,15 @@ bool changesOnePlace(const QByteArray& before, const QByteArray& after)
     while (tail < a.size() - head && tail < b.size() - head
            && a.at(a.size() - 1 - tail) == b.at(b.size() - 1 - tail))
         ++tail;
-    // What is left of the old lines between the common head and tail: at most one line.
-    return a.size() - head - tail <= 1;
+    // What is left of the old lines between the common head and tail: at most one line, or
+    // blank lines only (a file of nothing but blanks becomes the new section).
+    if (a.size() - head - tail <= 1)
+        return true;
+    for (int i = head; i < a.size() - tail; ++i) {
+        if (!QString::fromLatin1(a.at(i)).trimmed().isEmpty())
+            return false;
+    }
+    return true;
 }
 
 // The value `choice` makes for a setting of `type`: text that reads as that type.
@@ -891,6 +898,11 @@ std::string checkAnalysis(const uint8_t* data, size_t size)
     std::string failure = setAndReadBack(info, data[0]);
     if (!failure.empty())
         return failure;
+    // Text loaded with warnings is not written back as it was read, and may not load back
+    // to what it writes (a line that begins with blanks is cut at a shifted place): the
+    // round trip is the library's own text's.
+    if (!info.getLoadWarnings().isEmpty())
+        return std::string();
     const QByteArray written = info.getClickInfoData().toLatin1();
     CPLAnalyzedClickInfo reread;
     if (reread.loadClickInfoBytes(written.constData(), written.size(), QStringLiteral("fuzz"))

@@ -71,14 +71,15 @@ int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
 // second a value, the rest is the file. The file is loaded (CPLOptPropInfo::loadBytes()) and
 // every getter queried; a load without warnings saves back the bytes read. The value is set:
 // it succeeds or is refused with the bytes unchanged; on success it reads back, every line of
-// the file but the edited one (or the added ones) is unchanged, and a save and reload of the
+// the file but the edited one (or the added ones, or blank lines a new section replaces) is
+// unchanged, and a save and reload of the
 // file gives the same bytes and the value.
 std::string checkOptProp(const uint8_t* data, size_t size);
 
 // The analysis results: the first byte picks a group of analysis keys and a value, the rest is
 // the file, loaded as CPLAnalyzedClickInfo. Every getter is queried; a load without warnings
-// saves back the bytes read. The group is set: the value reads back, and the text the
-// document writes loads back to the same text with no warning.
+// saves back the bytes read. The group is set and its value reads back; after a load without
+// warnings, the text the document then writes loads back to the same text.
 std::string checkAnalysis(const uint8_t* data, size_t size);
 
 } // namespace OvFuzz
