@@ -40,6 +40,7 @@ run:
 	$(BUILD_DIR)/Tools/ovtool/ovtool settings --filter Custom samples/settings/Presets
 	$(BUILD_DIR)/Tools/ovtool/ovtool labels samples/settings/UserLabelNames.txt
 	$(BUILD_DIR)/Tools/ovtool/ovtool spectral $(SPECTRAL_SAMPLE)
+	$(BUILD_DIR)/Tools/ovtool/ovtool show samples/analysis/KL20261105101544_001_IM01
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument-conflict
 	$(BUILD_DIR)/Tools/ovtool/ovtool bkg samples/background

@@ -1,11 +1,13 @@
 #include "FuzzChecks.h"
-#include "PLBkgSummaryInfo.h"
 
+#include "PLAnalyzedClickInfo.h"
+#include "PLBkgSummaryInfo.h"
 #include "PLCameraInfo.h"
 #include "PLClickInfo.h"
 #include "PLConstants.h"
 #include "PLFileEditor.h"
 #include "PLLabelDataSet.h"
+#include "PLOptPropInfo.h"
 #include "PLPaths.h"
 #include "PLPreferenceKeyList.h"
 #include "PLSection.h"
@@ -845,6 +847,212 @@ std::string checkBkg(const uint8_t* data, size_t size)
         if (warning.contains(QLatin1String("index.txt")))
             return "the indexes saved disagree with the summary: " + warning.toStdString();
     }
+    return std::string();
+}
+
+namespace {
+
+// Whether `after` is `before` with one line changed, or with lines inserted in one place (an
+// added key, an added section), lines split at LF.
+bool changesOnePlace(const QByteArray& before, const QByteArray& after)
+{
+    const QList<QByteArray> a = before.split('\n');
+    const QList<QByteArray> b = after.split('\n');
+    int head = 0;
+    while (head < a.size() && head < b.size() && a.at(head) == b.at(head))
+        ++head;
+    int tail = 0;
+    while (tail < a.size() - head && tail < b.size() - head
+           && a.at(a.size() - 1 - tail) == b.at(b.size() - 1 - tail))
+        ++tail;
+    // What is left of the old lines between the common head and tail: at most one line, or
+    // blank lines only (a file of nothing but blanks becomes the new section).
+    if (a.size() - head - tail <= 1)
+        return true;
+    for (int i = head; i < a.size() - tail; ++i) {
+        if (!QString::fromLatin1(a.at(i)).trimmed().isEmpty())
+            return false;
+    }
+    return true;
+}
+
+// The value `choice` makes for a setting of `type`: text that reads as that type.
+QString settingText(CPLOptPropInfo::ValueType type, uint8_t choice)
+{
+    switch (type) {
+    case CPLOptPropInfo::ValueType::Flag:
+        return QString::number(choice % 2);
+    case CPLOptPropInfo::ValueType::Real:
+        return QString::number(choice / 8.0);
+    case CPLOptPropInfo::ValueType::Integer:
+        return QString::number(int(choice) - 100);
+    case CPLOptPropInfo::ValueType::Text:
+        break;
+    }
+    return QStringLiteral("Value ") + QString::number(choice);
+}
+
+void queryOptProp(const CPLOptPropInfo& info)
+{
+    for (int r = CPLOptPropInfo::Shared; r <= CPLOptPropInfo::Spim; ++r) {
+        const auto reconstruction = static_cast<CPLOptPropInfo::Reconstruction>(r);
+        info.getReconstructionParameters(reconstruction);
+        for (int s = 0; s < CPLOptPropInfo::SettingCount; ++s)
+            info.getSetting<QString>(static_cast<CPLOptPropInfo::Setting>(s), reconstruction);
+    }
+    info.getOpticalProperties();
+    info.getMeasurementAutoRoi();
+    info.getSubjectAutoRoi();
+    info.getPlotSettings();
+}
+
+QTemporaryDir& scratchFolder()
+{
+    static QTemporaryDir scratch;
+    return scratch;
+}
+
+} // namespace
+
+std::string checkOptProp(const uint8_t* data, size_t size)
+{
+    if (size < 2 || size > 1 << 20 || !scratchFolder().isValid())
+        return std::string();
+    const auto setting
+        = static_cast<CPLOptPropInfo::Setting>(data[0] % CPLOptPropInfo::SettingCount);
+    const auto reconstruction
+        = static_cast<CPLOptPropInfo::Reconstruction>((data[0] / CPLOptPropInfo::SettingCount) % 3);
+    const QByteArray bytes(reinterpret_cast<const char*>(data) + 2, int(size - 2));
+    CPLOptPropInfo info;
+    if (info.loadBytes(bytes, QStringLiteral("fuzz.txt")) != PL_SUCCESS)
+        return std::string();
+    queryOptProp(info);
+    if (info.getLoadWarnings().isEmpty() && info.getClickInfoData().toLatin1() != bytes)
+        return "a load without warnings did not save back the bytes it read";
+
+    const QString text = settingText(CPLOptPropInfo::settingInfo(setting).type, data[1]);
+    const int status = info.setSetting(setting, text, reconstruction);
+    if (status != PL_SUCCESS) {
+        if (status != PL_KEY_REPEATED && status != PL_INVALID_ARGUMENT)
+            return "a setter failed with status " + std::to_string(status);
+        return info.fileBytes() == bytes ? std::string() : "a refused setter changed the bytes";
+    }
+    const CPLOptPropValue<QString> read = info.getSetting<QString>(setting, reconstruction);
+    if (!read.present || read.value != text)
+        return "the value set does not read back: \"" + read.value.toStdString() + "\"";
+    const QByteArray edited = info.fileBytes();
+    if (!changesOnePlace(bytes, edited))
+        return "the setter changed more than its line";
+    const QString path = scratchFolder().filePath(QStringLiteral("UserPreferences.txt"));
+    if (info.save(path) != PL_SUCCESS)
+        return "the edited file cannot be saved";
+    CPLOptPropInfo reread;
+    if (reread.load(path) != PL_SUCCESS || reread.fileBytes() != edited)
+        return "the saved file does not load back to the bytes saved";
+    if (reread.getSetting<QString>(setting, reconstruction).value != text)
+        return "the value set does not read back from the saved file";
+    return std::string();
+}
+
+namespace {
+
+void queryAnalysis(const CPLAnalyzedClickInfo& info)
+{
+    CPLAnalyzedClickInfo::Kind kind;
+    CPLAnalyzedClickInfo::ImageMath math;
+    CPLAnalyzedClickInfo::KineticOperation operation;
+    QString a;
+    QString b;
+    bool flag;
+    info.getKind(&kind);
+    info.getImageMath(&math);
+    info.getKinetic(&operation, &a);
+    info.getSpectralUnmixing(&a, &b);
+    info.getBackgroundClick(&a);
+    info.getFolderOnDisk(&a);
+    for (int c = 0; c <= int(CPLAnalyzedClickInfo::Correction::Rotated); ++c)
+        info.getCorrection(static_cast<CPLAnalyzedClickInfo::Correction>(c), &flag);
+}
+
+// Sets the group `choice` picks and reads it back; an empty string when it reads back.
+std::string setAndReadBack(CPLAnalyzedClickInfo& info, uint8_t choice)
+{
+    const QString value = QStringLiteral("C") + QString::number(choice);
+    QString a;
+    QString b;
+    switch (choice % 5) {
+    case 0: {
+        CPLAnalyzedClickInfo::ImageMath math;
+        math.operation = QStringLiteral("A-k*B");
+        math.k = choice / 4.0;
+        math.aClickNumber = value;
+        CPLAnalyzedClickInfo::ImageMath read;
+        return info.setImageMath(math) == PL_SUCCESS && info.getImageMath(&read) == PL_SUCCESS
+                && read.k == math.k && read.aClickNumber == value
+            ? std::string()
+            : "image math does not read back";
+    }
+    case 1: {
+        CPLAnalyzedClickInfo::KineticOperation operation;
+        return info.setKinetic(CPLAnalyzedClickInfo::KineticOperation::Accumulated, value)
+                    == PL_SUCCESS
+                && info.getKinetic(&operation, &a) == PL_SUCCESS && a == value
+            ? std::string()
+            : "the kinetic operation does not read back";
+    }
+    case 2:
+        return info.setSpectralUnmixing(value, value) == PL_SUCCESS
+                && info.getSpectralUnmixing(&a, &b) == PL_SUCCESS && a == value && b == value
+            ? std::string()
+            : "the unmixing does not read back";
+    case 3:
+        return info.setBackgroundClick(value) == PL_SUCCESS
+                && info.getBackgroundClick(&a) == PL_SUCCESS && a == value
+            ? std::string()
+            : "the background click does not read back";
+    default: {
+        bool flag = false;
+        const auto correction = static_cast<CPLAnalyzedClickInfo::Correction>(choice % 5);
+        return info.setCorrection(correction, true) == PL_SUCCESS
+                && info.getCorrection(correction, &flag) == PL_SUCCESS && flag
+            ? std::string()
+            : "a correction flag does not read back";
+    }
+    }
+}
+
+} // namespace
+
+std::string checkAnalysis(const uint8_t* data, size_t size)
+{
+    if (size < 1 || size > 1 << 20)
+        return std::string();
+    const QByteArray bytes(reinterpret_cast<const char*>(data) + 1, int(size - 1));
+    CPLAnalyzedClickInfo info;
+    if (info.loadClickInfoBytes(bytes.constData(), bytes.size(), QStringLiteral("fuzz"))
+        != PL_SUCCESS)
+        return std::string();
+    queryAnalysis(info);
+    if (info.getLoadWarnings().isEmpty() && info.getClickInfoData().toLatin1() != bytes)
+        return "a load without warnings did not save back the bytes it read";
+    // A section whose key the file repeats, or a key it repeats, is set in its first place;
+    // the value then reads back from there.
+    std::string failure = setAndReadBack(info, data[0]);
+    if (!failure.empty())
+        return failure;
+    // Text loaded with warnings is not written back as it was read, and may not load back
+    // to what it writes (a line that begins with blanks is cut at a shifted place): the
+    // round trip is the library's own text's.
+    if (!info.getLoadWarnings().isEmpty())
+        return std::string();
+    const QByteArray written = info.getClickInfoData().toLatin1();
+    CPLAnalyzedClickInfo reread;
+    if (reread.loadClickInfoBytes(written.constData(), written.size(), QStringLiteral("fuzz"))
+        != PL_SUCCESS)
+        return "the text the document writes does not load";
+    queryAnalysis(reread);
+    if (reread.getClickInfoData().toLatin1() != written)
+        return "the text the document writes does not load back to itself";
     return std::string();
 }
 

@@ -74,6 +74,20 @@ int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
 // reason is given; an entry added reads back as given and can be removed; the library saved
 // and loaded again lists the same entries and no index disagreement.
 std::string checkBkg(const uint8_t* data, size_t size);
+// The optical-property preferences: the first byte picks a setting and a reconstruction, the
+// second a value, the rest is the file. The file is loaded (CPLOptPropInfo::loadBytes()) and
+// every getter queried; a load without warnings saves back the bytes read. The value is set:
+// it succeeds or is refused with the bytes unchanged; on success it reads back, every line of
+// the file but the edited one (or the added ones, or blank lines a new section replaces) is
+// unchanged, and a save and reload of the
+// file gives the same bytes and the value.
+std::string checkOptProp(const uint8_t* data, size_t size);
+
+// The analysis results: the first byte picks a group of analysis keys and a value, the rest is
+// the file, loaded as CPLAnalyzedClickInfo. Every getter is queried; a load without warnings
+// saves back the bytes read. The group is set and its value reads back; after a load without
+// warnings, the text the document then writes loads back to the same text.
+std::string checkAnalysis(const uint8_t* data, size_t size);
 
 } // namespace OvFuzz
 

@@ -63,7 +63,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Target { "fuzz_settings", OvFuzz::checkSettings },
                     Target { "fuzz_spectral", OvFuzz::checkSpectral },
                     Target { "fuzz_camera", OvFuzz::checkCamera },
-                    Target { "fuzz_bkg", OvFuzz::checkBkg }),
+                    Target { "fuzz_bkg", OvFuzz::checkBkg },
+                    Target { "fuzz_optprop", OvFuzz::checkOptProp },
+                    Target { "fuzz_analysis", OvFuzz::checkAnalysis }),
     [](const testing::TestParamInfo<Target>& info) { return std::string(info.param.name); });
 
 // Checks that rejected well-formed text would make every replay above fail for the wrong

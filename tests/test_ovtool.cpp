@@ -808,3 +808,36 @@ TEST_F(ovtoolTest, BkgListsTheLibraryAndFindsTheBackgroundForAnAcquisition)
                          "ovtool: background/FLindex.txt: lacks the fluorescent entry FL0003\n"
                          "ovtool: background/FLindex.txt: lacks the fluorescent entry FL0004\n"));
 }
+
+// An analysis result: shown from its file or from the folder holding it, the analysis summed
+// up first; a k that is not a number and an unknown kinetic operation are said as such.
+TEST_F(ovtoolTest, ShowSumsUpAnAnalysisResult)
+{
+    const QString sample = SAMPLES + L1("analysis/KL20261105101544_001_IM01/AnalyzedClickInfo.txt");
+    copy(sample, L1("result/AnalyzedClickInfo.txt"));
+    EXPECT_EQ(succeed("show|result"), golden("show-analysis.txt"));
+    EXPECT_EQ(succeed("show|result/AnalyzedClickInfo.txt"), golden("show-analysis.txt"));
+
+    writeBytes(path("odd.txt"),
+               "*** ClickNumber:\tX_001\r\nClickInfoType:\tKinetic\n\n"
+               "*** Analysis Results:\t\r\nImage Math Operation:\tA/B\nImage Math k:\tlots\n"
+               "Kinetic Operation:\tSum\nSaturated:\tmaybe\n\n\n\n");
+    EXPECT_EQ(succeed("show|odd.txt"),
+              QByteArray("Analysis\n"
+                         "  Kind:        Kinetic\n"
+                         "  Image math:  (k is not a number)\n"
+                         "  Kinetic:     (unknown operation)\n"
+                         "  Flags:       Saturated ?\n"
+                         "\n"
+                         "*** ClickNumber: X_001\n"
+                         "  ClickInfoType:  Kinetic\n"
+                         "\n"
+                         "*** Analysis Results:\n"
+                         "  Image Math Operation:  A/B\n"
+                         "  Image Math k:          lots\n"
+                         "  Kinetic Operation:     Sum\n"
+                         "  Saturated:             maybe\n"));
+    // A folder without an analysis result is still no file.
+    ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1("empty")));
+    EXPECT_EQ(ovtool(args("show|empty")).exitCode, 3);
+}

@@ -1,10 +1,12 @@
 // Writes the bundled samples that the library makes: the acquisitions built with the image
-// section builder, the spectral analysis written by CPLSpectralWrapper (spectral/), and the
-// background library (background/):
+// section builder, the spectral analysis written by CPLSpectralWrapper (spectral/), the
+// background library (background/) and an image-math result written by CPLAnalyzedClickInfo
+// (analysis/):
 //   make_samples FOLDER     (usually the repository's samples/ folder)
 // Times are written in UTC and the analysis's date and time is fixed, so the files are the
 // same on every machine; tests check that the files in samples/ are what this program writes.
 
+#include "AnalysisSample.h"
 #include "BackgroundSample.h"
 #include "PLStatus.h"
 #include "SampleAcquisitions.h"
@@ -34,7 +36,8 @@ int main(int argc, char** argv)
         || !folder.mkpath(QStringLiteral("spectral"))
         || writeSpectralSample(folder.filePath(QStringLiteral("spectral/SpectralAnalysis.xml")))
             != PL_SUCCESS
-        || writeBackgroundSample(folder.filePath(QStringLiteral("background"))) != PL_SUCCESS) {
+        || writeBackgroundSample(folder.filePath(QStringLiteral("background"))) != PL_SUCCESS
+        || !writeAnalysisSample(folder.path())) {
         std::fprintf(stderr, "make_samples: cannot write below %s\n", argv[1]);
         return 1;
     }

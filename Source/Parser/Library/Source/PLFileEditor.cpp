@@ -528,9 +528,13 @@ int CPLFileEditor::addKeyValue(const QString& sectionKey, const QString& key, co
     const QByteArray headerLine = QByteArrayLiteral("*** ") + sectionKey.toLatin1() + ":\t";
     const QByteArray headerEnd = d->fileLineEnd(true);
     const QByteArray section = headerLine + headerEnd + keyLine;
-    if (d->textLength() == 0) // nothing but blanks: the file becomes the section
-        return d->edit(0, d->bytes.size(), section + keyEnd + keyEnd + keyEnd + keyEnd, what,
-                       check);
+    if (d->textLength() == 0) {
+        // Nothing but blanks: they become the section. A NUL ends the text that loads read,
+        // so the bytes from it on stay, as every other edit keeps them.
+        const int nul = d->bytes.indexOf('\0');
+        return d->edit(0, nul < 0 ? d->bytes.size() : nul,
+                       section + keyEnd + keyEnd + keyEnd + keyEnd, what, check);
+    }
     const qint64 end = toLineEnd(d->bytes, d->bytesAt(d->text() + d->textLength()));
     const QByteArray lineEnd = lineEndAt(d->bytes, end);
     if (lineEnd.isEmpty())
