@@ -7,6 +7,7 @@
 #include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
+#include "PLValueText_p.h"
 
 #include <QLocale>
 
@@ -104,16 +105,7 @@ bool readText(const QString& text, double* value)
 
 bool readText(const QString& text, bool* value)
 {
-    static const char* const SET[] = { "1", "yes", "true", "on" };
-    static const char* const UNSET[] = { "0", "no", "false", "off" };
-    const QString word = text.toLower();
-    for (int i = 0; i < 4; ++i) {
-        if (word == QLatin1String(SET[i]) || word == QLatin1String(UNSET[i])) {
-            *value = word == QLatin1String(SET[i]);
-            return true;
-        }
-    }
-    return false;
+    return PLText::readFlag(text, value);
 }
 
 QString writeText(const QString& value)

@@ -3,6 +3,7 @@
 #include "PLConstants.h"
 #include "PLSection.h"
 #include "PLStatus.h"
+#include "PLValueText_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -22,21 +23,6 @@ const char* const KIND_TEXTS[]
 QString analysisFilePath(const QString& path)
 {
     return QFileInfo(path).isDir() ? QDir(path).filePath(ANALYZED_CLICKINFO_FILENAME) : path;
-}
-
-// A correction flag's text; false when it is none.
-bool readFlag(const QString& text, bool* isSet)
-{
-    static const char* const SET[] = { "yes", "1", "true" };
-    static const char* const UNSET[] = { "no", "0", "false" };
-    const QString word = text.toLower();
-    for (int i = 0; i < 3; ++i) {
-        if (word == QLatin1String(SET[i]) || word == QLatin1String(UNSET[i])) {
-            *isSet = word == QLatin1String(SET[i]);
-            return true;
-        }
-    }
-    return false;
 }
 
 // Whether a value can be written and read back as given: a "#" would start an inline
@@ -301,7 +287,7 @@ int CPLAnalyzedClickInfo::getCorrection(Correction correction, bool* isSet) cons
     const int status = getAnalysisValue(key, &text);
     if (status != PL_SUCCESS)
         return status;
-    return readFlag(text, isSet) ? PL_SUCCESS : PL_INVALID_ARGUMENT;
+    return PLText::readFlag(text, isSet) ? PL_SUCCESS : PL_INVALID_ARGUMENT;
 }
 
 int CPLAnalyzedClickInfo::setCorrection(Correction correction, bool isSet)

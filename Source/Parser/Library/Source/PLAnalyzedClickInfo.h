@@ -45,8 +45,8 @@
 //   name the unmixed component this click's image shows ("Tumor", "Autofluorescence");
 // - the background click is the click number of the dark background subtracted, the folder
 //   on disk the folder the result was saved in (a name, or a path relative to the sequence);
-// - the correction flags are written "Yes" or "No" and read as "Yes"/"No", "1"/"0" or
-//   "True"/"False", in any case.
+// - the correction flags are written "Yes" or "No" and read as "Yes"/"No", "1"/"0",
+//   "True"/"False" or "On"/"Off", in any case.
 //
 // Statuses: 0; 16 for a null result pointer; 49 when the section of a value is absent (no
 // "ClickNumber" section for the kind, no "Analysis Results" section); 24 when the key is

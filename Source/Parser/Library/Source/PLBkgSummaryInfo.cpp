@@ -1,7 +1,7 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLConstants.h"
-#include "PLDecimalText_p.h"
+#include "PLValueText_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"

@@ -5,7 +5,7 @@
 #include "PLClickInfo.h"
 
 #include "PLConstants.h"
-#include "PLDecimalText_p.h"
+#include "PLValueText_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 #include "PLUtilities.h"
