@@ -51,6 +51,10 @@ QString getStatusText(int status)
         return QStringLiteral("the file is locked by another editor");
     case PL_KEY_REPEATED:
         return QStringLiteral("the key stands on more than one line of its section");
+    case PL_CLICK_ALREADY_LISTED:
+        return QStringLiteral("the sequence lists the click number already");
+    case PL_FOLDER_NOT_CLICK_NUMBER:
+        return QStringLiteral("the acquisition folder is not named after its click number");
     default:
         return QStringLiteral("status %1").arg(status);
     }

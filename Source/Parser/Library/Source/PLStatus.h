@@ -50,6 +50,11 @@ constexpr int PL_FILE_LOCKED = 66;
 // An edit names a key that its section holds on more than one line: which line is meant is
 // not clear, so nothing is changed.
 constexpr int PL_KEY_REPEATED = 67;
+// A sequence lists the click number already: an acquisition stands once in a sequence.
+constexpr int PL_CLICK_ALREADY_LISTED = 70;
+// An acquisition folder is not named after the click number its "ClickInfo.txt" holds, so a
+// sequence that lists the click number would not find the folder.
+constexpr int PL_FOLDER_NOT_CLICK_NUMBER = 71;
 
 // The largest file the library loads as a document or XML file, 256 MiB: far above any
 // metadata or configuration file, and low enough that the text of a load (two bytes per
