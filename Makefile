@@ -42,6 +42,7 @@ run:
 	$(BUILD_DIR)/Tools/ovtool/ovtool spectral $(SPECTRAL_SAMPLE)
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument-conflict
+	$(BUILD_DIR)/Tools/ovtool/ovtool sequence samples/sequence/SQ20261106101500
 
 test:
 	bash scripts/install-deps.sh build test xml

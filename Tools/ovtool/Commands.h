@@ -18,6 +18,7 @@ int runLabels(const QStringList& arguments);
 int runBrowse(const QStringList& arguments);
 int runSpectral(const QStringList& arguments);
 int runCamera(const QStringList& arguments);
+int runSequence(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

@@ -43,6 +43,9 @@ const Command COMMANDS[] = {
     { QLatin1String("camera"),
       QLatin1String("Shows an instrument configuration with its extensions and accessories."),
       runCamera },
+    { QLatin1String("sequence"),
+      QLatin1String("Shows and checks a sequence; \"sequence create\" writes one."),
+      runSequence },
 };
 
 QString commandsHelp()

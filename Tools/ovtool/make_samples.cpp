@@ -1,11 +1,13 @@
 // Writes the bundled samples that the library makes: the acquisitions built with the image
-// section builder, and the spectral analysis written by CPLSpectralWrapper (spectral/):
+// section builder, the spectral analysis written by CPLSpectralWrapper (spectral/) and a
+// sequence of acquisitions with its SequenceInfo.txt (sequence/):
 //   make_samples FOLDER     (usually the repository's samples/ folder)
 // Times are written in UTC and the analysis's date and time is fixed, so the files are the
 // same on every machine; tests check that the files in samples/ are what this program writes.
 
 #include "PLStatus.h"
 #include "SampleAcquisitions.h"
+#include "SequenceSample.h"
 #include "SpectralSample.h"
 
 #include <QDir>
@@ -31,6 +33,8 @@ int main(int argc, char** argv)
     if (!OvSamples::writeAcquisitions(folder.path(), OvSamples::bundledAcquisitions())
         || !folder.mkpath(QStringLiteral("spectral"))
         || writeSpectralSample(folder.filePath(QStringLiteral("spectral/SpectralAnalysis.xml")))
+            != PL_SUCCESS
+        || OvSamples::writeSequenceSample(folder.filePath(QStringLiteral("sequence")))
             != PL_SUCCESS) {
         std::fprintf(stderr, "make_samples: cannot write below %s\n", argv[1]);
         return 1;
