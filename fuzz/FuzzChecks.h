@@ -67,6 +67,15 @@ void silenceMessages();
 using Check = std::string (*)(const uint8_t* data, size_t size);
 int runTarget(const char* target, Check check, const uint8_t* data, size_t size);
 
+// The sequence document: the input loaded as a "SequenceInfo.txt" and queried (click numbers,
+// the position of each, the ID, the user input); a load without warnings saves back the bytes
+// read. With a sequence section, a click is added, moved to the front and another removed,
+// each with its status, and the click numbers must then be the expected list; the document is
+// saved and reloaded, and the reloaded one holds the same ID, click numbers and user input, its
+// sequence section saves the same text, and, for an input without load warnings, the whole
+// document saves the same bytes.
+std::string checkSequence(const uint8_t* data, size_t size);
+
 } // namespace OvFuzz
 
 #endif // FUZZCHECKS_H

@@ -62,7 +62,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Target { "fuzz_preference_keys", OvFuzz::checkPreferenceKeys },
                     Target { "fuzz_settings", OvFuzz::checkSettings },
                     Target { "fuzz_spectral", OvFuzz::checkSpectral },
-                    Target { "fuzz_camera", OvFuzz::checkCamera }),
+                    Target { "fuzz_camera", OvFuzz::checkCamera },
+                    Target { "fuzz_sequence", OvFuzz::checkSequence }),
     [](const testing::TestParamInfo<Target>& info) { return std::string(info.param.name); });
 
 // Checks that rejected well-formed text would make every replay above fail for the wrong
