@@ -71,9 +71,10 @@ int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
 // the position of each, the ID, the user input); a load without warnings saves back the bytes
 // read. With a sequence section, a click is added, moved to the front and another removed,
 // each with its status, and the click numbers must then be the expected list; the document is
-// saved and reloaded, and the reloaded one holds the same ID, click numbers and user input, its
-// sequence section saves the same text, and, for an input without load warnings, the whole
-// document saves the same bytes.
+// saved and reloaded (unless a line before the first section is itself a section header,
+// which the loader warns is written twice and reads first), and the reloaded one holds the
+// same ID and click numbers, its sequence section saves the same text, and, for an input
+// without load warnings, it holds the same user input and saves the same bytes.
 std::string checkSequence(const uint8_t* data, size_t size);
 
 } // namespace OvFuzz

@@ -483,3 +483,22 @@ TEST(SequenceInfo, NewStatusesHaveTheirWords)
 }
 
 } // namespace
+
+namespace {
+
+TEST(SequenceInfo, AnEditKeepsALineThatWouldReadAsAHeaderAsAComment)
+{
+    // A vertical tab before "***" makes it a key line on load (with a warning); written back
+    // as it stood it would open a section.
+    const QByteArray text = "*** Sequence:\tSQ\r\nClickNumber 1:\tA\n\v*** User Input:\tx\n\n\n\n";
+    CPLSequenceInfo sequence;
+    ASSERT_EQ(sequence.loadClickInfoBytes(text.constData(), text.size(), L1("t")), PL_SUCCESS);
+    EXPECT_FALSE(sequence.getLoadWarnings().isEmpty());
+    ASSERT_EQ(sequence.addClickNumber(L1("B")), PL_SUCCESS);
+    EXPECT_EQ(sequence.getClickInfoData(),
+              L1("*** Sequence:\tSQ\r\nClickNumbers in Sequence:\t2\nClickNumber 1:\tA\n"
+                 "ClickNumber 2:\tB\n#*** User Input::\tx\n\n\n\n"))
+        << "the key as read: the line began with a blank, so its colon was cut one place on";
+}
+
+} // namespace

@@ -91,7 +91,8 @@ QString lineText(const QString& key, const QString& value)
 }
 
 // A copy of `section` (key, name as stored) whose body is `firstLines` followed by the
-// section's lines, each as it stood, except the key/value lines whose key `dropped` names.
+// section's lines, each as it stood, except the key/value lines whose key `dropped` names; a
+// line whose key cannot be written back as read becomes a comment.
 template<typename Predicate>
 std::unique_ptr<CPLSection> sectionWith(const CPLSection& section, const QString& firstLines,
                                         Predicate dropped)
@@ -106,6 +107,10 @@ std::unique_ptr<CPLSection> sectionWith(const CPLSection& section, const QString
     for (int i = 0; i < keys.size(); ++i) {
         if (CPLSection::isCommentKey(keys.at(i)))
             body += values.at(i) + QLatin1Char('\n');
+        else if (CPLSection::breaksFile(keys.at(i), CPLSection::TextRole::Key))
+            // A line that would read back as something else (its key begins with "***", say)
+            // is kept as a comment.
+            body += QLatin1Char('#') + lineText(keys.at(i), values.at(i));
         else if (!dropped(keys.at(i)))
             body += lineText(keys.at(i), values.at(i));
     }

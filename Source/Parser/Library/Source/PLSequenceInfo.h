@@ -77,7 +77,8 @@ struct OVPARSER_EXPORT CPLSequenceCheck
 // back to the same bytes: a save writes each section as loaded. An edit of the click numbers
 // rewrites the sequence section as shown above: the count, the click lines numbered from 1 in
 // order (inline comments of the old click lines are not kept), then the section's other lines
-// as they were.
+// as they were; a line that would no longer read as it did (a key beginning with "***", which
+// a load warns of) is kept as a comment.
 //
 // Click numbers are matched exactly, as folder names are. A click number, ID, label or value
 // must stand in its line as given (no line break, no "#", no blanks at either end, Latin-1;
