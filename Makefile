@@ -45,6 +45,7 @@ run:
 	OVPARSER_DATA_DIR=$(BUILD_DIR)/ovdata $(BUILD_DIR)/Tools/ovtool/ovtool camera samples/instrument-conflict
 	$(BUILD_DIR)/Tools/ovtool/ovtool bkg samples/background
 	$(BUILD_DIR)/Tools/ovtool/ovtool bkg samples/background --for samples/KL20261104142207_001
+	$(BUILD_DIR)/Tools/ovtool/ovtool sequence samples/sequence/SQ20261106101500
 
 test:
 	bash scripts/install-deps.sh build test xml

@@ -12,6 +12,7 @@
 #include "PLPreferenceKeyList.h"
 #include "PLSection.h"
 #include "PLSectionScanner.h"
+#include "PLSequenceInfo.h"
 #include "PLSettingsFileWrapper.h"
 #include "PLSpectralWrapper.h"
 #include "PLStatus.h"
@@ -1053,6 +1054,115 @@ std::string checkAnalysis(const uint8_t* data, size_t size)
     queryAnalysis(reread);
     if (reread.getClickInfoData().toLatin1() != written)
         return "the text the document writes does not load back to itself";
+    return std::string();
+}
+
+
+namespace {
+
+// What a sequence reads: "ID|click,click|", and with `withUserInput` then
+// "label=value;label=value;", to compare documents.
+std::string sequenceText(const CPLSequenceInfo& sequence, bool withUserInput)
+{
+    QString id;
+    QStringList clicks;
+    QList<QPair<QString, QString>> input;
+    sequence.getSequenceID(&id);
+    sequence.getClickNumbers(&clicks);
+    sequence.getUserInput(&input);
+    QString text = id + QLatin1Char('|') + clicks.join(QLatin1Char(',')) + QLatin1Char('|');
+    for (const auto& entry : withUserInput ? input : QList<QPair<QString, QString>>())
+        text += entry.first + QLatin1Char('=') + entry.second + QLatin1Char(';');
+    return text.toStdString();
+}
+
+// Adds a click, moves it to the front and removes the second click of the list, checking
+// each status and the list after it.
+std::string editClicks(CPLSequenceInfo& sequence, QStringList expected)
+{
+    const QString added = QStringLiteral("FZ_added");
+    const int addStatus = sequence.addClickNumber(added);
+    if (addStatus != (expected.contains(added) ? PL_CLICK_ALREADY_LISTED : PL_SUCCESS))
+        return "adding a click gave status " + std::to_string(addStatus);
+    if (!expected.contains(added))
+        expected.append(added);
+    int position = -1;
+    if (sequence.findClickNumber(added, &position) != PL_SUCCESS
+        || position != expected.indexOf(added))
+        return "the added click is not found where it stands";
+    if (sequence.moveClickNumber(position, 0) != PL_SUCCESS)
+        return "moving a listed click failed";
+    expected.move(position, 0);
+    if (expected.size() > 1) {
+        const QString second = expected.at(1);
+        if (sequence.removeClickNumber(second) != PL_SUCCESS)
+            return "removing a listed click failed";
+        expected.removeAt(1);
+    }
+    QStringList clicks;
+    sequence.getClickNumbers(&clicks);
+    if (clicks != expected)
+        return "after the edits the clicks are \"" + clicks.join(QLatin1Char(',')).toStdString()
+            + "\", expected \"" + expected.join(QLatin1Char(',')).toStdString() + "\"";
+    return std::string();
+}
+
+} // namespace
+
+std::string checkSequence(const uint8_t* data, size_t size)
+{
+    const QByteArray input
+        = QByteArray::fromRawData(reinterpret_cast<const char*>(data), int(size));
+    CPLSequenceInfo sequence;
+    if (sequence.loadClickInfoBytes(input.constData(), input.size(), QStringLiteral("fuzz"))
+        != PL_SUCCESS)
+        return std::string();
+    const bool warningFree = sequence.getLoadWarnings().isEmpty();
+    if (warningFree && sequence.getClickInfoData().toLatin1() != input)
+        return "a load without warnings did not save back the bytes it read";
+    QStringList clicks;
+    if (sequence.getClickNumbers(&clicks) != PL_SUCCESS)
+        return std::string();
+    for (const QString& click : clicks) {
+        int position = -1;
+        if (click.isEmpty() || sequence.findClickNumber(click, &position) != PL_SUCCESS
+            || position != clicks.indexOf(click))
+            return "a listed click is not found at its first position";
+    }
+    if (sequence.getClickNumberCount() != clicks.size())
+        return "the count differs from the list";
+    const std::string failure = editClicks(sequence, clicks);
+    if (!failure.empty())
+        return failure;
+
+    // A line before the first section that is itself a section header ("**** Sequence:") is
+    // written back before the sections, with a load warning, and its section is the one a
+    // reload reads first: the edited copy after it is then left out.
+    const QStringList leading = sequence.getLeadingLines();
+    if (std::any_of(leading.begin(), leading.end(),
+                    [](const QString& line) { return line.startsWith(QLatin1String("***")); }))
+        return std::string();
+    const QByteArray written = sequence.getClickInfoData().toLatin1();
+    CPLSequenceInfo reloaded;
+    if (reloaded.loadClickInfoBytes(written.constData(), written.size(), QStringLiteral("saved"))
+        != PL_SUCCESS)
+        return "the saved document does not load";
+    // The user input, which the edits leave alone, reads back as loaded only when it was
+    // loaded without warnings.
+    if (sequenceText(reloaded, warningFree) != sequenceText(sequence, warningFree))
+        return "the reloaded document reads \"" + sequenceText(reloaded, warningFree)
+            + "\", saved \"" + sequenceText(sequence, warningFree) + "\"";
+    // The sequence section, which the edits wrote, reads back as written; the whole document
+    // does when the input had nothing to warn of (sections the edits left alone are saved as
+    // loaded, and the loader's own warnings are fuzz_clickinfo's to judge).
+    QString editedSection;
+    QString reloadedSection;
+    sequence[PLConstants::SEQUENCEINFO_KEY]->saveSectionData(editedSection);
+    reloaded[PLConstants::SEQUENCEINFO_KEY]->saveSectionData(reloadedSection);
+    if (editedSection != reloadedSection)
+        return "the reloaded sequence section does not save the text it read";
+    if (warningFree && reloaded.getClickInfoData().toLatin1() != written)
+        return "the reloaded document does not save the bytes it read";
     return std::string();
 }
 

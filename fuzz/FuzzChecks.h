@@ -74,6 +74,7 @@ int runTarget(const char* target, Check check, const uint8_t* data, size_t size)
 // reason is given; an entry added reads back as given and can be removed; the library saved
 // and loaded again lists the same entries and no index disagreement.
 std::string checkBkg(const uint8_t* data, size_t size);
+
 // The optical-property preferences: the first byte picks a setting and a reconstruction, the
 // second a value, the rest is the file. The file is loaded (CPLOptPropInfo::loadBytes()) and
 // every getter queried; a load without warnings saves back the bytes read. The value is set:
@@ -88,6 +89,16 @@ std::string checkOptProp(const uint8_t* data, size_t size);
 // saves back the bytes read. The group is set and its value reads back; after a load without
 // warnings, the text the document then writes loads back to the same text.
 std::string checkAnalysis(const uint8_t* data, size_t size);
+
+// The sequence document: the input loaded as a "SequenceInfo.txt" and queried (click numbers,
+// the position of each, the ID, the user input); a load without warnings saves back the bytes
+// read. With a sequence section, a click is added, moved to the front and another removed,
+// each with its status, and the click numbers must then be the expected list; the document is
+// saved and reloaded (unless a line before the first section is itself a section header,
+// which the loader warns is written twice and reads first), and the reloaded one holds the
+// same ID and click numbers, its sequence section saves the same text, and, for an input
+// without load warnings, it holds the same user input and saves the same bytes.
+std::string checkSequence(const uint8_t* data, size_t size);
 
 } // namespace OvFuzz
 

@@ -5,6 +5,7 @@
 
 #include "Browse.h"
 #include "SampleAcquisitions.h"
+#include "SequenceSample.h"
 #include "TestUtil.h"
 
 #include "PLClickInfo.h"
@@ -42,8 +43,24 @@ TEST(BrowseTest, BundledSamplesAreWhatTheGeneratorWrites)
     }
 }
 
+TEST(BrowseTest, BundledSequenceIsWhatTheGeneratorWrites)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    ASSERT_EQ(OvSamples::writeSequenceSample(dir.path()), PL_SUCCESS);
+    const QString id = OvSamples::sequenceSampleID();
+    QStringList files { id + L1("/SequenceInfo.txt") };
+    for (const auto& acquisition : OvSamples::sequenceAcquisitions())
+        files.append(id + L1("/") + acquisition.folder + L1("/ClickInfo.txt"));
+    ASSERT_EQ(files.size(), 5);
+    for (const QString& file : files)
+        EXPECT_EQ(readBytes(SAMPLES + L1("/sequence/") + file), readBytes(dir.filePath(file)))
+            << file.toStdString() << ": run make_samples samples to write it again";
+}
+
 // Files in path order, each with its row (the values joined by "|") or the start of the report
-// of why it is skipped, after "FILE:" (a line, or a blank and the reason). The line and header rules themselves are the loader's, tested with it.
+// of why it is skipped, after "FILE:" (a line, or a blank and the reason). The line and header
+// rules themselves are the loader's, tested with it.
 const struct
 {
     const char* name;
@@ -54,13 +71,13 @@ const struct
     { "crlf",
       "*** ClickNumber:\tC1\r\n\r\n*** Luminescent Image:\tx\r\nBINNING FACTOR:\t4\r\n"
       "Field of View:\t12.5\t# cm\r\nFilter:\tGFP\r\nEmission filter:\tOpen\r\n",
-      "|4||12.5||||GFP||||", nullptr },
+      "|4||12.5||||GFP||||||", nullptr },
     { "empty-click-number", "*** ClickNumber:\t\n*** photographic image:\tp\n", nullptr,
       "1: a section header without a key" },
     { "first-section-wins",
       "lead line\n*** ClickNumber:\tC3\n*** luminescent image:\ta\nf Number:\t1\nf Number:\t2\n"
       "*** luminescent image:\tb\nf Number:\t9\n*** photographic image:\tp\nf Number:\t4\n",
-      "||||2|||||||", nullptr },
+      "||||2|||||||||", nullptr },
     { "malformed-header", "*** ClickNumber:\tC7\n\n*** Broken # note: x\nk:\tv\n", nullptr,
       "3: malformed section header" },
     { "no-click-number", "*** photographic image:\tp\nEM Gain:\t1\n", nullptr,

@@ -65,7 +65,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Target { "fuzz_camera", OvFuzz::checkCamera },
                     Target { "fuzz_bkg", OvFuzz::checkBkg },
                     Target { "fuzz_optprop", OvFuzz::checkOptProp },
-                    Target { "fuzz_analysis", OvFuzz::checkAnalysis }),
+                    Target { "fuzz_analysis", OvFuzz::checkAnalysis },
+                    Target { "fuzz_sequence", OvFuzz::checkSequence }),
     [](const testing::TestParamInfo<Target>& info) { return std::string(info.param.name); });
 
 // Checks that rejected well-formed text would make every replay above fail for the wrong

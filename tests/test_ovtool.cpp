@@ -841,3 +841,134 @@ TEST_F(ovtoolTest, ShowSumsUpAnAnalysisResult)
     ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1("empty")));
     EXPECT_EQ(ovtool(args("show|empty")).exitCode, 3);
 }
+
+// Sequences: "ovtool sequence" on a copy of the bundled sequence, its check of the folder, and
+// "sequence create"; browse's click type and sequence ID columns.
+class ovtoolSequenceTest : public ovtoolTest
+{
+protected:
+    void SetUp() override
+    {
+        ovtoolTest::SetUp();
+        QDirIterator files(SAMPLES + L1("sequence"), QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString file = files.next();
+            copy(file, L1("seq") + file.mid(SAMPLES.size() + 8));
+        }
+    }
+    // The sequence folder of the copy, and one of its acquisitions (1 to 4).
+    static QString folder() { return L1("seq/SQ20261106101500"); }
+    static QString click(int n)
+    {
+        return folder() + L1("/SQ20261106101500_00") + QString::number(n);
+    }
+    Result run(const QStringList& arguments) const { return ovtool(arguments); }
+};
+
+TEST_F(ovtoolSequenceTest, ShowsTheSequenceInEachForm)
+{
+    EXPECT_EQ(succeed("sequence|seq/SQ20261106101500"), golden("sequence.txt"));
+    EXPECT_EQ(succeed("sequence|--csv|seq/SQ20261106101500/SequenceInfo.txt"),
+              golden("sequence.csv"));
+    EXPECT_EQ(succeed("sequence|--json|seq/SQ20261106101500"), golden("sequence.json"));
+}
+
+TEST_F(ovtoolSequenceTest, AnIncompleteSequenceExitsWithItsOwnStatus)
+{
+    ASSERT_TRUE(QFile::remove(path("seq/SQ20261106101500/SQ20261106101500_002/ClickInfo.txt")));
+    ASSERT_TRUE(QDir(m_dir.path()).rename(click(4), folder() + L1("/elsewhere")));
+    copy(path("c.txt"), folder() + L1("/KL20261104142207_001/ClickInfo.txt"));
+
+    Result result = run(args("sequence|seq/SQ20261106101500"));
+    EXPECT_EQ(result.exitCode, 9);
+    EXPECT_EQ(result.err, QByteArray());
+    const QByteArray checks = "Check: seq/SQ20261106101500/SQ20261106101500_004: listed in the "
+                              "sequence; no folder\n"
+                              "Check: seq/SQ20261106101500/SQ20261106101500_002: listed in the "
+                              "sequence; no ClickInfo.txt\n"
+                              "Check: seq/SQ20261106101500/KL20261104142207_001: an acquisition "
+                              "the sequence does not list\n"
+                              "Check: seq/SQ20261106101500/elsewhere: an acquisition the "
+                              "sequence does not list\n";
+    EXPECT_TRUE(result.out.endsWith(checks)) << result.out.toStdString();
+    EXPECT_EQ(result.out.count("RawData"), 2) << "rows of the two acquisitions there";
+
+    result = run(args("sequence|--csv|seq/SQ20261106101500"));
+    EXPECT_EQ(result.exitCode, 9);
+    EXPECT_EQ(result.err, QByteArray(checks).replace("Check: ", "ovtool: "));
+    EXPECT_EQ(result.out.count("\r\n"), 3) << "the header and two rows";
+
+    result = run(args("sequence|--json|seq/SQ20261106101500"));
+    EXPECT_EQ(result.exitCode, 9);
+    const QJsonObject check = QJsonDocument::fromJson(result.out).object()[L1("check")].toObject();
+    EXPECT_EQ(check[L1("missing folders")].toArray().first().toString(),
+              L1("SQ20261106101500_004"));
+    EXPECT_EQ(check[L1("not listed")].toArray().first().toString(), L1("KL20261104142207_001"));
+}
+
+TEST_F(ovtoolSequenceTest, ReportsWhatCannotBeRead)
+{
+    const struct
+    {
+        const char* arguments;
+        int exitCode;
+        const char* err;
+    } cases[] = {
+        { "sequence|c.txt", 4, "ovtool: c.txt: no \"Sequence\" section\n" },
+        { "sequence|tree", 3,
+          "ovtool: tree/SequenceInfo.txt: the file cannot be opened: No such file or directory\n" },
+        { "sequence|bad.txt", 4,
+          "ovtool: bad.txt:6: malformed section header (a header is \"*** \", a key, a colon, "
+          "and no \"#\" before the colon)\n" },
+        { "sequence|--csv|--json|seq", 2,
+          "ovtool: sequence: --csv and --json exclude each other; see \"ovtool sequence "
+          "--help\"\n" },
+        { "sequence|create|seq", 2,
+          "ovtool: sequence create: expected at least 2 arguments (FOLDER ACQUISITION...), got "
+          "1; see \"ovtool sequence create --help\"\n" },
+    };
+    for (const auto& c : cases) {
+        const Result result = run(args(c.arguments));
+        EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
+        EXPECT_EQ(result.err, QByteArray(c.err)) << c.arguments;
+    }
+}
+
+TEST_F(ovtoolSequenceTest, CreateWritesWhatTheSampleHoldsAndRefusesToOverwrite)
+{
+    const QByteArray sample = readBytes(path("seq/SQ20261106101500/SequenceInfo.txt"));
+    const QString file = folder() + L1("/SequenceInfo.txt");
+    ASSERT_TRUE(QFile::remove(path("seq/SQ20261106101500/SequenceInfo.txt")));
+    const QStringList create = QStringList { L1("sequence"), L1("create"), folder() }
+        << click(1) << click(2) << click(3) << click(4);
+    Result result = run(create);
+    EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
+    EXPECT_EQ(readBytes(m_dir.filePath(file)), sample);
+
+    result = run(create);
+    EXPECT_EQ(result.exitCode, 7);
+    EXPECT_EQ(result.err, "ovtool: " + file.toUtf8() + ": exists already; --force replaces it\n");
+    result = run(QStringList(create) << L1("--force") << L1("--id") << L1("Filters"));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_TRUE(readBytes(m_dir.filePath(file)).startsWith("*** Sequence:\tFilters\r\n"));
+
+    copy(path("c.txt"), L1("renamed/ClickInfo.txt"));
+    result = run(args("sequence|create|--force|seq/SQ20261106101500|renamed"));
+    EXPECT_EQ(result.exitCode, 7);
+    EXPECT_EQ(result.err,
+              QByteArray("ovtool: renamed: the acquisition folder is not named after its click "
+                         "number\n"));
+    result = run(args("sequence|create|--force|seq/SQ20261106101500|tree"));
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              QByteArray("ovtool: tree: the file cannot be opened: No such file or "
+                         "directory\n"));
+}
+
+TEST_F(ovtoolSequenceTest, BrowseShowsClickTypesAndSequences)
+{
+    // An analysis beside an acquisition of the sequence, and an image-math result alone.
+    copy(DATA + L1("analyzed-single.txt"), click(3) + L1("/AnalyzedClickInfo.txt"));
+    copy(DATA + L1("analyzed-math.txt"), L1("seq/IM20261106120000_001/AnalyzedClickInfo.txt"));
+    EXPECT_EQ(succeed("browse|--sort|Click Type|seq"), golden("browse-sequence.txt"));
+}

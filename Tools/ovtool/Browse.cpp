@@ -6,13 +6,17 @@
 #include "PLClickInfo.h"
 #include "PLConstants.h"
 #include "PLImageTypes.h"
+#include "PLSequenceInfo.h"
 #include "PLStatus.h"
 #include "PLUtilities.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 
 #include <algorithm>
 #include <cerrno>
@@ -30,6 +34,7 @@ namespace {
 const auto& PAIRS = PLConstants::strBrowseImage_NameKeyPairs;
 constexpr int COLUMNS = int(std::size(PAIRS)) / 2;
 const QString CLICK_NUMBER_TITLE = QStringLiteral("Click Number");
+const QString CLICK_TYPE_TITLE = QStringLiteral("Click Type");
 // The end of a DICOM file's name, in any case.
 const QLatin1String DICOM_SUFFIX(".dcm");
 // The image sections a row is read from, in order of preference.
@@ -52,7 +57,6 @@ QString cellText(int column, const QString& value)
     return isDateColumn(column) ? dateTimeText(value) : value;
 }
 
-
 // Why a file that loaded cannot be browsed; empty when it can.
 QString missingParts(bool hasClickNumber, bool hasImage)
 {
@@ -62,6 +66,42 @@ QString missingParts(bool hasClickNumber, bool hasImage)
         return QStringLiteral("neither a \"%1\" nor a \"%2\" section")
             .arg(LUMINESCENT, PHOTOGRAPHIC);
     return QString();
+}
+
+// The folder a path stands in: the text before its last "/" (the walk joins with one).
+QString folderOf(const QString& path)
+{
+    return path.left(std::max(0, int(path.lastIndexOf(QLatin1Char('/')))));
+}
+
+bool hasFileName(const QString& path, const QString& name)
+{
+    return QStringRef(&path)
+               .mid(path.lastIndexOf(QLatin1Char('/')) + 1)
+               .compare(name, Qt::CaseInsensitive)
+        == 0;
+}
+
+QString clickTypeOf(const CPLClickInfo& document)
+{
+    QString type;
+    document.getValue(PLConstants::CLICKNUMBER_KEY, PLConstants::CLICKINFOTYPE_KEY, &type);
+    return type;
+}
+
+// The click type of an acquisition read from `file`: that of the analysis beside a
+// "ClickInfo.txt", when there is one and it names a type, else the document's own.
+QString clickType(const CPLClickInfo& document, const QString& file)
+{
+    if (hasFileName(file, PLConstants::CLICKINFO_FILENAME)) {
+        const QString analysis
+            = folderOf(file) + QLatin1Char('/') + PLConstants::ANALYZED_CLICKINFO_FILENAME;
+        CPLClickInfo analysed;
+        if (QFileInfo::exists(analysis) && analysed.loadClickInfo(analysis) == PL_SUCCESS
+            && !clickTypeOf(analysed).isEmpty())
+            return clickTypeOf(analysed);
+    }
+    return clickTypeOf(document);
 }
 
 bool readDocument(const QString& file, Row* row, Skipped* why)
@@ -76,7 +116,9 @@ bool readDocument(const QString& file, Row* row, Skipped* why)
     }
     document.getClickNumber(&row->clickNumber);
     const QString& image = document.isSectionPresent(LUMINESCENT) ? LUMINESCENT : PHOTOGRAPHIC;
-    *reason = missingParts(!row->clickNumber.isEmpty(), document.isSectionPresent(image));
+    const bool isAnalysis = hasFileName(file, PLConstants::ANALYZED_CLICKINFO_FILENAME);
+    *reason
+        = missingParts(!row->clickNumber.isEmpty(), isAnalysis || document.isSectionPresent(image));
     if (!reason->isEmpty())
         return false;
     for (int column = 0; column < COLUMNS; ++column) {
@@ -84,6 +126,8 @@ bool readDocument(const QString& file, Row* row, Skipped* why)
         document.getValue(image, columnKey(column), &value);
         row->values.append(cellText(column, value));
     }
+    row->values.append(clickType(document, file));
+    row->values.append(QString()); // the sequence ID, which the sequence file gives
     return true;
 }
 
@@ -210,7 +254,10 @@ void walkFolder(const QByteArray& folder, QVector<QByteArray>* pending, Found* f
 {
     FolderEntries entries(folder);
     while (const dirent* entry = entries.next()) {
-        const bool wanted = isAcquisitionFileName(QLatin1String(entry->d_name));
+        const QLatin1String name(entry->d_name);
+        const bool isSequence
+            = name.compare(PLConstants::SEQUENCEINFO_FILENAME, Qt::CaseInsensitive) == 0;
+        const bool wanted = isSequence || isAcquisitionFileName(name);
         // Only a folder, or a file with a wanted name, is looked at further.
         if (!wanted && entry->d_type != DT_DIR && entry->d_type != DT_UNKNOWN)
             continue;
@@ -218,6 +265,8 @@ void walkFolder(const QByteArray& folder, QVector<QByteArray>* pending, Found* f
         const EntryKind kind = entryKind(path, entry->d_type);
         if (kind == EntryKind::Folder) {
             pending->append(path);
+        } else if (kind == EntryKind::File && isSequence) {
+            found->sequenceFiles.append(QFile::decodeName(path));
         } else if (kind == EntryKind::File && wanted) {
             found->files.append(QFile::decodeName(path));
             if (onFound)
@@ -229,13 +278,72 @@ void walkFolder(const QByteArray& folder, QVector<QByteArray>* pending, Found* f
             { QFile::decodeName(folder), unreadableReason(entries.error()) });
 }
 
+// Leaves out the "AnalyzedClickInfo.txt" files of folders that hold a "ClickInfo.txt": the
+// analysis belongs to that acquisition's row.
+void dropAnalysesOfAcquisitions(QStringList* files)
+{
+    QSet<QString> acquisitionFolders;
+    for (const QString& file : qAsConst(*files)) {
+        if (hasFileName(file, PLConstants::CLICKINFO_FILENAME))
+            acquisitionFolders.insert(folderOf(file));
+    }
+    files->erase(std::remove_if(files->begin(), files->end(),
+                                [&](const QString& file) {
+                                    return hasFileName(file,
+                                                       PLConstants::ANALYZED_CLICKINFO_FILENAME)
+                                        && acquisitionFolders.contains(folderOf(file));
+                                }),
+                 files->end());
+}
+
+// Gives each row the ID of the sequence that lists it: a sequence file in the folder above
+// the row's folder. Each sequence file is read once; one that cannot be read goes to
+// `skipped`.
+void assignSequences(const QStringList& sequenceFiles, QVector<Row>* rows,
+                     QVector<Skipped>* skipped)
+{
+    QHash<QString, QHash<QString, QString>> sequenceOfClick; // by sequence folder
+    for (const QString& file : sequenceFiles) {
+        CPLSequenceInfo sequence;
+        const int status = sequence.load(file);
+        QString id;
+        QStringList clickNumbers;
+        if (status != PL_SUCCESS || sequence.getSequenceID(&id) != PL_SUCCESS
+            || sequence.getClickNumbers(&clickNumbers) != PL_SUCCESS) {
+            skipped->append(
+                { file,
+                  status != PL_SUCCESS
+                      ? withSystemReason(getStatusText(status))
+                      : QStringLiteral("no \"%1\" section").arg(PLConstants::SEQUENCEINFO_KEY),
+                  sequence.getLastErrorLine() });
+            continue;
+        }
+        QHash<QString, QString>& clicks = sequenceOfClick[folderOf(file)];
+        for (const QString& clickNumber : qAsConst(clickNumbers))
+            clicks.insert(clickNumber, id);
+    }
+    if (sequenceOfClick.isEmpty())
+        return;
+    for (Row& row : *rows) {
+        const auto sequence = sequenceOfClick.constFind(folderOf(folderOf(row.file)));
+        if (sequence != sequenceOfClick.constEnd())
+            row.values[sequenceIdValue()] = sequence->value(row.clickNumber);
+    }
+}
+
 } // namespace
+
+int sequenceIdValue()
+{
+    return COLUMNS + 1;
+}
 
 QStringList columnTitles()
 {
     QStringList titles { CLICK_NUMBER_TITLE };
     for (int column = 0; column < COLUMNS; ++column)
         titles.append(PAIRS[2 * column]);
+    titles << CLICK_TYPE_TITLE << PLConstants::SEQUENCEINFO_BROWSEKEY;
     return titles;
 }
 
@@ -281,6 +389,7 @@ QString Skipped::where() const
 bool isAcquisitionFileName(QLatin1String name)
 {
     return name.compare(PLConstants::CLICKINFO_FILENAME, Qt::CaseInsensitive) == 0
+        || name.compare(PLConstants::ANALYZED_CLICKINFO_FILENAME, Qt::CaseInsensitive) == 0
         || name.endsWith(DICOM_SUFFIX, Qt::CaseInsensitive);
 }
 
@@ -293,6 +402,8 @@ Found findAcquisitions(const QString& folder, const std::function<void(int found
         walkFolder(path, &pending, &result, found);
     }
     std::sort(result.files.begin(), result.files.end());
+    std::sort(result.sequenceFiles.begin(), result.sequenceFiles.end());
+    dropAnalysesOfAcquisitions(&result.files);
     std::sort(result.unreadableFolders.begin(), result.unreadableFolders.end(),
               [](const Skipped& a, const Skipped& b) { return a.path < b.path; });
     return result;
@@ -318,6 +429,7 @@ Result browse(const QString& folder, const std::function<void(int done, int tota
         if (progress)
             progress(++done, found.files.size());
     }
+    assignSequences(found.sequenceFiles, &result.rows, &result.skipped);
     return result;
 }
 

@@ -4,8 +4,13 @@
 // Browsing a folder tree of acquisitions: every metadata file below a folder, a
 // "ClickInfo.txt" or a DICOM file with the metadata appended to its image, becomes one row of
 // the browse columns (PLConstants::strBrowseImage_NameKeyPairs), read from the acquisition's
-// image section: the luminescent image when there is one, else the photographic image. Used
-// by "ovtool browse" and by the benchmarks.
+// image section: the luminescent image when there is one, else the photographic image; and so
+// does the "AnalyzedClickInfo.txt" of a folder without a "ClickInfo.txt" (an image-math
+// result, say). Two columns follow: the click type, the "ClickInfoType" of the "ClickNumber"
+// section ("RawData" for an acquisition; the type of the "AnalyzedClickInfo.txt" beside it,
+// "SingleClickAnalysis" say, when it was analysed), and the ID of the sequence the acquisition
+// belongs to: that of a "SequenceInfo.txt" in the folder above the acquisition's folder that
+// lists its click number. Used by "ovtool browse", "ovtool sequence" and the benchmarks.
 
 #include <QLatin1String>
 #include <QString>
@@ -35,7 +40,7 @@ struct Skipped
     QString where() const;
 };
 
-// "Click Number", then the twelve browse column titles.
+// "Click Number", the twelve browse column titles, "Click Type" and "Sequence ID".
 QStringList columnTitles();
 // The position in columnTitles() of a title, in any case; -1 when there is none.
 int columnIndex(const QString& title);
@@ -47,17 +52,23 @@ QString dateTimeText(const QString& secondsSince1904);
 // Reads one acquisition with the library's CPLClickInfo::loadClickInfo(), a DICOM file as
 // well as a ClickInfo.txt. False, with why (the reason, and the line of a malformed section
 // header), when the file cannot be read, has a malformed section header, has no click
-// number, or has neither a luminescent nor a photographic image section.
+// number, or has neither a luminescent nor a photographic image section (an analysis file
+// may have neither: its image columns are then empty). The sequence ID is left empty.
 bool readRow(const QString& file, Row* row, Skipped* why);
+// The position in a row's values of the sequence ID.
+int sequenceIdValue();
 
-// Whether a file of this name holds an acquisition's metadata: "ClickInfo.txt", or a DICOM
-// file, whose name ends in ".dcm"; letters in any case.
+// Whether a file of this name holds an acquisition's metadata: "ClickInfo.txt",
+// "AnalyzedClickInfo.txt", or a DICOM file, whose name ends in ".dcm"; letters in any case.
 bool isAcquisitionFileName(QLatin1String name);
 
 // What a walk below a folder found, each list sorted by path.
 struct Found
 {
-    QStringList files; // see isAcquisitionFileName()
+    // See isAcquisitionFileName(); an "AnalyzedClickInfo.txt" only where its folder has no
+    // "ClickInfo.txt" (else it belongs to that acquisition).
+    QStringList files;
+    QStringList sequenceFiles; // every "SequenceInfo.txt", in any case
     // Folders that could not be listed, with the system's reason: "cannot read the folder:
     // Permission denied". What they hold is left out; the walk goes on elsewhere.
     QVector<Skipped> unreadableFolders;

@@ -19,6 +19,7 @@ int runBrowse(const QStringList& arguments);
 int runSpectral(const QStringList& arguments);
 int runCamera(const QStringList& arguments);
 int runBkg(const QStringList& arguments);
+int runSequence(const QStringList& arguments);
 
 // The argument descriptions that several commands share.
 inline QString fileArgumentHelp()

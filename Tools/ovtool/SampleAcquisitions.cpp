@@ -20,39 +20,6 @@ const QString& sectionOf(tag_eimagetype type)
     return OVSGlobalConstants::g_strImageSections[type];
 }
 
-// An image section and the image file it describes.
-void addImage(CPLClickInfo& document, const QString& folder, tag_eimagetype type,
-              const sIASetupInfo& setup, const QString& imageFile, const QString& userId)
-{
-    document.addImageSection(folder + QLatin1Char('/') + sectionOf(type), userId, type, &setup,
-                             false);
-    CPLSection* section = document[sectionOf(type)];
-    section->addKeyValue(FILE_NAME_KEY, imageFile);
-    section->addKeyValue(PATH_NAME_KEY, folder);
-}
-
-// The common start of an acquisition: its click number and the user's labels.
-void addHeading(CPLClickInfo& document, const QString& clickNumber, const QString& userId,
-                const QStringList& labels)
-{
-    document.addTiffClickNumberSection(false, false, clickNumber);
-    document.addTiffUserSection(IMAGETYPE_LUMINESCENT, userId);
-    for (int i = 0; i < labels.size(); ++i)
-        document.setValue(PLConstants::USERINPUT_SECTION_KEY, PLConstants::strUserLabelSetKeys[i],
-                          labels.at(i));
-}
-
-sIASetupInfo photographSetup(std::time_t stamp)
-{
-    sIASetupInfo setup;
-    setup.m_tTimeStamp = stamp;
-    setup.m_strBinningFactor = QStringLiteral("2");
-    setup.m_strReadBiasLevel = QStringLiteral("608");
-    setup.m_strDemandTemperature = QStringLiteral("-90");
-    setup.m_strMeasuredTemperature = QStringLiteral("-89.9");
-    return setup;
-}
-
 QByteArray bytesOf(const CPLClickInfo& document)
 {
     return document.getClickInfoData().toLatin1();
@@ -117,6 +84,39 @@ Acquisition xray(const QString& clickNumber, std::time_t stamp, const QString& b
 }
 
 } // namespace
+
+// An image section and the image file it describes.
+void addImage(CPLClickInfo& document, const QString& folder, tag_eimagetype type,
+              const sIASetupInfo& setup, const QString& imageFile, const QString& userId)
+{
+    document.addImageSection(folder + QLatin1Char('/') + sectionOf(type), userId, type, &setup,
+                             false);
+    CPLSection* section = document[sectionOf(type)];
+    section->addKeyValue(FILE_NAME_KEY, imageFile);
+    section->addKeyValue(PATH_NAME_KEY, folder);
+}
+
+// The common start of an acquisition: its click number and the user's labels.
+void addHeading(CPLClickInfo& document, const QString& clickNumber, const QString& userId,
+                const QStringList& labels)
+{
+    document.addTiffClickNumberSection(false, false, clickNumber);
+    document.addTiffUserSection(IMAGETYPE_LUMINESCENT, userId);
+    for (int i = 0; i < labels.size(); ++i)
+        document.setValue(PLConstants::USERINPUT_SECTION_KEY, PLConstants::strUserLabelSetKeys[i],
+                          labels.at(i));
+}
+
+sIASetupInfo photographSetup(std::time_t stamp)
+{
+    sIASetupInfo setup;
+    setup.m_tTimeStamp = stamp;
+    setup.m_strBinningFactor = QStringLiteral("2");
+    setup.m_strReadBiasLevel = QStringLiteral("608");
+    setup.m_strDemandTemperature = QStringLiteral("-90");
+    setup.m_strMeasuredTemperature = QStringLiteral("-89.9");
+    return setup;
+}
 
 QVector<Acquisition> bundledAcquisitions()
 {

@@ -47,6 +47,7 @@ const QString EXIT_STATUS_HELP = QStringLiteral(
     "  7  refused: a key held on two lines, text that cannot stand in the file, a key\n"
     "     present already\n"
     "  8  bkg --for: no background of the library fits the acquisition\n"
+    "  9  sequence: an acquisition the sequence lists is missing, or one is not listed\n"
     "A failure is reported as one line on stderr that names the file (\"FILE:LINE:\" where a\n"
     "line is concerned), with the system's reason where there is one. Warnings go to\n"
     "stderr too; --quiet silences them.\n").arg(PL_LOCK_WAIT_MS / 1000);
@@ -195,8 +196,9 @@ CommandLine::CommandLine(const QString& command, const QString& description)
     m_parser.setApplicationDescription(description);
     m_parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     m_parser.addOption(helpOption());
-    m_parser.addOption({ QStringLiteral("quiet"),
-                         QStringLiteral("Does not print warnings on stderr (failures still are).") });
+    m_parser.addOption(
+        { QStringLiteral("quiet"),
+          QStringLiteral("Does not print warnings on stderr (failures still are).") });
     m_parser.addOption({ QStringLiteral("verbose"),
                          QStringLiteral("Also prints the library's diagnostics on stderr.") });
 }
@@ -205,6 +207,12 @@ void CommandLine::addArgument(const QString& name, const QString& description)
 {
     m_parser.addPositionalArgument(name, description);
     m_argumentNames.append(name);
+}
+
+void CommandLine::addRepeatedArgument(const QString& name, const QString& description)
+{
+    addArgument(name + QLatin1String("..."), description);
+    m_lastRepeats = true;
 }
 
 void CommandLine::addOption(const QString& name, const QString& description)
@@ -276,9 +284,10 @@ std::optional<int> CommandLine::parse(const QStringList& arguments)
         return ExitSuccess;
     }
     const int given = m_parser.positionalArguments().size();
-    if (given != m_argumentNames.size()) {
-        return usageError(QStringLiteral("%1: expected %2 (%3), got %4")
+    if (given != m_argumentNames.size() && !(m_lastRepeats && given > m_argumentNames.size())) {
+        return usageError(QStringLiteral("%1: expected %2%3 (%4), got %5")
                               .arg(m_command,
+                                   m_lastRepeats ? QStringLiteral("at least ") : QString(),
                                    m_argumentNames.size() == 1
                                        ? QStringLiteral("1 argument")
                                        : QStringLiteral("%1 arguments").arg(m_argumentNames.size()),

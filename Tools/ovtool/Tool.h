@@ -31,6 +31,9 @@ enum ExitStatus {
     ExitRefused = 7,
     // bkg --for: no background of the library fits the acquisition.
     ExitNoBackground = 8,
+    // A sequence is incomplete: an acquisition it lists is missing, or an acquisition in its
+    // folder is not listed.
+    ExitIncomplete = 9,
 };
 
 // What the library was doing when it returned a status: the same status means another
@@ -87,6 +90,8 @@ class CommandLine
 public:
     CommandLine(const QString& command, const QString& description);
     void addArgument(const QString& name, const QString& description);
+    // The last argument may be given more than once (shown as NAME... in --help).
+    void addRepeatedArgument(const QString& name, const QString& description);
     void addOption(const QString& name, const QString& description);
     // An option that takes a value, shown as `valueName` in --help.
     void addValueOption(const QString& name, const QString& valueName, const QString& description);
@@ -102,6 +107,8 @@ public:
     std::optional<int> parse(const QStringList& arguments);
 
     QString argument(int index) const { return m_parser.positionalArguments().value(index); }
+    // The arguments from `index` on.
+    QStringList arguments(int index) const { return m_parser.positionalArguments().mid(index); }
     bool isSet(const QString& option) const { return m_parser.isSet(option); }
     QString value(const QString& option) const { return m_parser.value(option); }
 
@@ -114,6 +121,7 @@ private:
     QCommandLineParser m_parser;
     QString m_command;
     QStringList m_argumentNames;
+    bool m_lastRepeats = false;
     QStringList m_valueOptions;
     QString m_notes;
 };

@@ -46,6 +46,9 @@ const Command COMMANDS[] = {
     { QLatin1String("bkg"),
       QLatin1String("Lists a background library, or the background for an acquisition."),
       runBkg },
+    { QLatin1String("sequence"),
+      QLatin1String("Shows and checks a sequence; \"sequence create\" writes one."),
+      runSequence },
 };
 
 QString commandsHelp()

@@ -1,7 +1,7 @@
 // Writes the bundled samples that the library makes: the acquisitions built with the image
 // section builder, the spectral analysis written by CPLSpectralWrapper (spectral/), the
-// background library (background/) and an image-math result written by CPLAnalyzedClickInfo
-// (analysis/):
+// background library (background/), an image-math result written by CPLAnalyzedClickInfo
+// (analysis/) and a sequence of acquisitions with its SequenceInfo.txt (sequence/):
 //   make_samples FOLDER     (usually the repository's samples/ folder)
 // Times are written in UTC and the analysis's date and time is fixed, so the files are the
 // same on every machine; tests check that the files in samples/ are what this program writes.
@@ -10,6 +10,7 @@
 #include "BackgroundSample.h"
 #include "PLStatus.h"
 #include "SampleAcquisitions.h"
+#include "SequenceSample.h"
 #include "SpectralSample.h"
 
 #include <QDir>
@@ -37,7 +38,9 @@ int main(int argc, char** argv)
         || writeSpectralSample(folder.filePath(QStringLiteral("spectral/SpectralAnalysis.xml")))
             != PL_SUCCESS
         || writeBackgroundSample(folder.filePath(QStringLiteral("background"))) != PL_SUCCESS
-        || !writeAnalysisSample(folder.path())) {
+        || !writeAnalysisSample(folder.path())
+        || OvSamples::writeSequenceSample(folder.filePath(QStringLiteral("sequence")))
+            != PL_SUCCESS) {
         std::fprintf(stderr, "make_samples: cannot write below %s\n", argv[1]);
         return 1;
     }

@@ -53,6 +53,10 @@ QString getStatusText(int status)
         return QStringLiteral("the key stands on more than one line of its section");
     case PL_NO_BACKGROUND_FITS:
         return QStringLiteral("no background of the library fits the acquisition");
+    case PL_CLICK_ALREADY_LISTED:
+        return QStringLiteral("the sequence lists the click number already");
+    case PL_FOLDER_NOT_CLICK_NUMBER:
+        return QStringLiteral("the acquisition folder is not named after its click number");
     default:
         return QStringLiteral("status %1").arg(status);
     }

@@ -52,6 +52,11 @@ constexpr int PL_FILE_LOCKED = 66;
 constexpr int PL_KEY_REPEATED = 67;
 // No background of the library fits the acquisition (CPLBkgSummaryInfo::findBackground()).
 constexpr int PL_NO_BACKGROUND_FITS = 73;
+// A sequence lists the click number already: an acquisition stands once in a sequence.
+constexpr int PL_CLICK_ALREADY_LISTED = 70;
+// An acquisition folder is not named after the click number its "ClickInfo.txt" holds, so a
+// sequence that lists the click number would not find the folder.
+constexpr int PL_FOLDER_NOT_CLICK_NUMBER = 71;
 
 // The largest file the library loads as a document or XML file, 256 MiB: far above any
 // metadata or configuration file, and low enough that the text of a load (two bytes per
