@@ -2,7 +2,9 @@
 # Ubuntu; see scripts/install-deps.sh), then configures and builds with CMake.
 #
 #   make run     build and show the bundled samples with ovtool: an acquisition, the browse
-#                table of samples/, settings files, label sets and the sample instrument
+#                table of samples/, settings files, label sets, the spectral analysis, an
+#                analysis result, the sample instrument, the background library and the
+#                sequence
 #   make test    build and run every test
 #   make bench   Release build of the benchmarks, run with the target ratios
 #   make fuzz    run each fuzz target for FUZZ_SECONDS (30) seconds
