@@ -133,6 +133,14 @@ TEST_F(SequenceInfoTest, WritesTheDocumentedLayoutAndReadsItBackByteForByte)
     EXPECT_EQ(setName, L1("Orvane Universal"));
     EXPECT_EQ(labels, L1List({ "User", "Treatment" }));
     EXPECT_EQ(loaded.getRestoreResultKeys(), L1List({ "Active Click" }));
+    // A file written by hand without the label set names it by its user input.
+    CPLSequenceInfo handWritten;
+    const QByteArray text("*** User Input:\tExperiment\r\nUser:\tme\n\n");
+    ASSERT_EQ(handWritten.loadClickInfoBytes(text.constData(), text.size(), L1("hand.txt")),
+              PL_SUCCESS);
+    ASSERT_EQ(handWritten.getLabelSetName(&setName), PL_SUCCESS);
+    EXPECT_EQ(setName, L1("Experiment"));
+    EXPECT_EQ(handWritten.getLabelSetLabels(&labels), PL_SECTION_NOT_PRESENT);
 
     const QString copy = path(L1("copy.txt"));
     ASSERT_EQ(loaded.save(copy), PL_SUCCESS);

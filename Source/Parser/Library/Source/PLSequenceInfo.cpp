@@ -378,6 +378,8 @@ int CPLSequenceInfo::getLabelSetName(QString* labelSetName) const
     if (!labelSetName)
         return PL_NULL_ARGUMENT;
     const CPLSection* section = (*this)[PLConstants::SEQUENCEINFO_USER_LABEL_NAME_SET_KEY];
+    if (!section)
+        section = (*this)[PLConstants::SEQUENCEINFO_USERINPUT_KEY];
     return section ? section->getSectionName(labelSetName) : PL_SECTION_NOT_PRESENT;
 }
 

@@ -141,8 +141,9 @@ public:
     // 31 for text that cannot stand in its line or a label given twice (in any case).
     int setUserInput(const QString& labelSetName,
                      const QList<QPair<QString, QString>>& labelsAndValues);
-    // The label set: its name (the name of "User Label Name Set") and its labels in order.
-    // 16 for a null pointer, 49 without that section.
+    // The label set: its name (the name of "User Label Name Set"; without that section, the
+    // name of "User Input", which is named after its label set) and its labels in order.
+    // 16 for a null pointer, 49 without either section (the labels: without the first).
     int getLabelSetName(QString* labelSetName) const;
     int getLabelSetLabels(QStringList* labels) const;
 
