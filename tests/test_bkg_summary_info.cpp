@@ -195,6 +195,9 @@ TEST_F(BkgSummaryTest, HandWrittenSummaryLoadsAndReportsSectionsThatAreNotEntrie
     EXPECT_EQ(entries[0].m_iBinning, 4); // a repeated key reads as its last line
     EXPECT_EQ(entries[0].m_dExposure, 30.0);
     EXPECT_EQ(entries[0].m_strFieldOfView, L1("C"));
+    // Without PathName and FileName the image is in the entry's own folder.
+    EXPECT_EQ(entries[0].m_strPathName, L1("SL0010"));
+    EXPECT_EQ(entries[0].m_strFileName, L1("background.tif"));
     const QString path = file(PLConstants::BKGSUMMARY_TXT_FILENAME);
     EXPECT_EQ(library.getLibraryWarnings(),
               QStringList({ path

@@ -1,11 +1,11 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLConstants.h"
-#include "PLValueText_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 #include "PLUtilities.h"
+#include "PLValueText_p.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -109,6 +109,16 @@ QString idFault(const QString& id)
     return QString();
 }
 
+// Where an entry's image lies when the entry does not say: its own folder, named after its
+// ID, and the image "background.tif" in it.
+void placeInItsFolder(sBkgEntry* entry)
+{
+    if (entry->m_strPathName.isEmpty())
+        entry->m_strPathName = entry->m_strId;
+    if (entry->m_strFileName.isEmpty())
+        entry->m_strFileName = PLConstants::BACKGROUND_TIF_FILENAME;
+}
+
 // Reads a section as an entry. Returns why it is not a usable one, empty when it is.
 QString readEntry(const CPLSection& section, sBkgEntry* entry)
 {
@@ -170,10 +180,11 @@ QString readEntry(const CPLSection& section, sBkgEntry* entry)
 
     read.m_strPathName = value(KEY_PATH_NAME);
     read.m_strFileName = value(KEY_FILE_NAME);
-    if (!read.m_strPathName.isEmpty() && !staysInside(read.m_strPathName))
+    placeInItsFolder(&read);
+    if (!staysInside(read.m_strPathName))
         return KEY_PATH_NAME + QLatin1Char(' ') + quoted(read.m_strPathName)
             + QStringLiteral(" leaves the library folder");
-    if (!read.m_strFileName.isEmpty() && !staysInside(read.m_strFileName))
+    if (!staysInside(read.m_strFileName))
         return KEY_FILE_NAME + QLatin1Char(' ') + quoted(read.m_strFileName)
             + QStringLiteral(" leaves the background's folder");
     *entry = read;
@@ -625,10 +636,7 @@ int CPLBkgSummaryInfo::addEntry(const sBkgEntry& entry, QString* id)
             + QStringLiteral("%1").arg(highestNumber(getSectionKeys(), prefix) + 1, 4, 10,
                                        QLatin1Char('0'));
     }
-    if (added.m_strPathName.isEmpty())
-        added.m_strPathName = added.m_strId;
-    if (added.m_strFileName.isEmpty())
-        added.m_strFileName = PLConstants::BACKGROUND_TIF_FILENAME;
+    placeInItsFolder(&added);
     const int status = checkNewEntry(added);
     if (status != PL_SUCCESS)
         return status;

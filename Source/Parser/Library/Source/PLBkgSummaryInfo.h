@@ -65,9 +65,11 @@ struct OVPARSER_EXPORT sBkgEntry
 //
 // A section is a usable entry when it has an image subtype of those two words (in any case),
 // a whole binning factor above 0, an exposure of 0 or more, a field of view and a
-// temperature; the f-number, date, time, seconds and file are optional. Any other section
-// (a hand-written note, an entry with a number that does not read) is kept and saved as it
-// stands, but not listed, matched or indexed; the load says so in getLibraryWarnings().
+// temperature; the f-number, date, time, seconds and file are optional (without "PathName"
+// and "FileName" the image is "background.tif" in the folder named after the ID, as addEntry()
+// writes it). Any other section (a hand-written note, an entry with a number that does not
+// read) is kept and saved as it stands, but not listed, matched or indexed; the load says so
+// in getLibraryWarnings().
 // Comments, CR LF line ends and repeated keys load as in any sectioned document, with their
 // load warnings (getLoadWarnings()).
 //
