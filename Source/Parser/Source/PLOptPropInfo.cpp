@@ -9,9 +9,7 @@
 #include "PLStatus.h"
 #include "PLValueText_p.h"
 
-#include <QLocale>
 
-#include <cmath>
 #include <memory>
 
 using namespace PLConstants;
@@ -95,12 +93,7 @@ bool readText(const QString& text, int* value)
 
 bool readText(const QString& text, double* value)
 {
-    bool ok = false;
-    const double number = text.toDouble(&ok); // C locale: "1.4", never "1,4"
-    if (!ok || !std::isfinite(number))
-        return false;
-    *value = number;
-    return true;
+    return PLText::readNumber(text, value);
 }
 
 bool readText(const QString& text, bool* value)
@@ -120,7 +113,7 @@ QString writeText(int value)
 
 QString writeText(double value)
 {
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    return PLText::roundTripText(value);
 }
 
 QString writeText(bool value)

@@ -7,7 +7,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 #include <QPair>
 
 #include <cmath>
@@ -138,9 +137,7 @@ int CPLAnalyzedClickInfo::getImageMath(ImageMath* imageMath) const
     int status = getAnalysisValue(IMAGEMATH_RESULT_KEY, &result.operation);
     QString kText;
     if (status == PL_SUCCESS && getAnalysisValue(IMAGEMATH_K_KEY, &kText) == PL_SUCCESS) {
-        bool ok = false;
-        result.k = kText.toDouble(&ok);
-        if (!ok || !std::isfinite(result.k))
+        if (!PLText::readNumber(kText, &result.k))
             status = PL_INVALID_ARGUMENT;
     }
     if (status == PL_SUCCESS)
@@ -163,7 +160,7 @@ int CPLAnalyzedClickInfo::setImageMath(const ImageMath& imageMath)
         return PL_INVALID_ARGUMENT;
     const QPair<const QString*, QString> values[] = {
         { &IMAGEMATH_RESULT_KEY, imageMath.operation },
-        { &IMAGEMATH_K_KEY, QString::number(imageMath.k, 'g', QLocale::FloatingPointShortest) },
+        { &IMAGEMATH_K_KEY, PLText::roundTripText(imageMath.k) },
         { &IMAGEMATH_A_CLICK_KEY, imageMath.aClickNumber },
         { &IMAGEMATH_B_CLICK_KEY, imageMath.bClickNumber },
         { &IMAGEMATH_PHOTO_CLICK_KEY, imageMath.photoClickNumber },

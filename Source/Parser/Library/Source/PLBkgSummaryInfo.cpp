@@ -20,6 +20,7 @@
 namespace {
 
 using PLText::decimalText;
+using PLText::readNumber;
 
 const QString& clickInfoKey(int position)
 {
@@ -60,17 +61,6 @@ QString familyWord(CPLBkgSummaryInfo::Family family)
 QString quoted(const QString& text)
 {
     return QLatin1Char('"') + text + QLatin1Char('"');
-}
-
-// A number read from a value; false when the text is not one, or not finite.
-bool readNumber(const QString& text, double* number)
-{
-    bool ok = false;
-    const double value = text.toDouble(&ok);
-    if (!ok || !std::isfinite(value))
-        return false;
-    *number = value;
-    return true;
 }
 
 // Whether two fields of view are the same: as numbers when both read as numbers ("12.5" and

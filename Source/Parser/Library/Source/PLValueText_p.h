@@ -4,7 +4,10 @@
 // Internal header, not installed: numbers and flags as the files write and read them.
 
 #include <QLatin1Char>
+#include <QLocale>
 #include <QString>
+
+#include <cmath>
 
 namespace PLText {
 
@@ -18,6 +21,25 @@ inline QString decimalText(double number)
     if (text.endsWith(QLatin1Char('.')))
         text.chop(1);
     return text == QLatin1String("-0") ? QStringLiteral("0") : text;
+}
+
+// A number written so that it reads back as the same double, in as few digits as that takes
+// ("0.85", "1e-07"): for values the user typed, where plain decimal would round.
+inline QString roundTripText(double number)
+{
+    return QString::number(number, 'g', QLocale::FloatingPointShortest);
+}
+
+// A number read from a value, in the C locale ("1.4", never "1,4"). False, leaving `number`
+// alone, for text that is not a number or not finite.
+inline bool readNumber(const QString& text, double* number)
+{
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    if (!ok || !std::isfinite(value))
+        return false;
+    *number = value;
+    return true;
 }
 
 // A flag as people write it, in any case: "1", "yes", "true", "on" are set, "0", "no",
