@@ -9,7 +9,6 @@
 #include "PLStatus.h"
 #include "PLValueText_p.h"
 
-
 #include <memory>
 
 using namespace PLConstants;
