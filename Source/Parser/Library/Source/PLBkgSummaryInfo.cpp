@@ -436,12 +436,14 @@ int CPLBkgSummaryInfo::load(const QString& folder)
         return PL_NULL_ARGUMENT;
     if (!QFileInfo(folder).isDir())
         return PL_FOLDER_MISSING;
+    clearData();
     const int status
-        = loadSummary(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME);
+        = loadClickInfo(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME);
     if (status != PL_SUCCESS)
         return status;
+    const QList<sBkgEntry> entries = checkSections();
     for (const Family family : { Luminescent, Fluorescent })
-        checkIndex(family, indexPath(folder, family), &m_LibraryWarnings);
+        compareIndex(family, indexPath(folder, family), entries, &m_LibraryWarnings);
     return PL_SUCCESS;
 }
 
@@ -452,9 +454,13 @@ int CPLBkgSummaryInfo::save(const QString& folder) const
     if (!QFileInfo(folder).isDir())
         return PL_FOLDER_MISSING;
     int status = saveSummary(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME);
+    QList<sBkgEntry> entries;
+    getEntries(&entries);
     for (const Family family : { Luminescent, Fluorescent }) {
+        CPLClickInfo index;
+        buildIndex(family, entries, &index);
         if (status == PL_SUCCESS)
-            status = saveIndex(family, indexPath(folder, family));
+            status = index.saveClickInfo(indexPath(folder, family));
     }
     return status;
 }
@@ -480,20 +486,24 @@ int CPLBkgSummaryInfo::saveSummary(const QString& filePath) const
     return saveClickInfo(filePath);
 }
 
-void CPLBkgSummaryInfo::checkSections()
+QList<sBkgEntry> CPLBkgSummaryInfo::checkSections()
 {
+    QList<sBkgEntry> entries;
     const QStringList keys = getSectionKeys();
     for (const QString& key : keys) {
         sBkgEntry entry;
         const QString fault = readEntry(*(*this)[key], &entry);
-        if (fault.isEmpty())
+        if (fault.isEmpty()) {
+            entries.append(entry);
             continue;
+        }
         const CPLTextLocation origin = getSectionOrigin(key);
         const QString where
             = origin.isKnown() ? origin.toString() + QStringLiteral(": ") : QString();
         m_LibraryWarnings.append(where + QStringLiteral("section ") + quoted(key)
                                  + QStringLiteral(": not a background entry: ") + fault);
     }
+    return entries;
 }
 
 QStringList CPLBkgSummaryInfo::getLibraryWarnings() const
@@ -527,11 +537,10 @@ int CPLBkgSummaryInfo::getEntry(const QString& id, sBkgEntry* entry) const
     return readEntry(*section, entry).isEmpty() ? PL_SUCCESS : PL_INVALID_ARGUMENT;
 }
 
-void CPLBkgSummaryInfo::buildIndex(Family family, CPLClickInfo* index) const
+void CPLBkgSummaryInfo::buildIndex(Family family, const QList<sBkgEntry>& entries,
+                                   CPLClickInfo* index)
 {
     CPLSection* section = index->addNewSection(INDEX_SECTION, familyWord(family));
-    QList<sBkgEntry> entries;
-    getEntries(&entries);
     for (const sBkgEntry& entry : qAsConst(entries)) {
         if (entry.m_bFluorescent == (family == Fluorescent))
             section->addKeyValue(entry.m_strId, imagePath(entry));
@@ -540,15 +549,19 @@ void CPLBkgSummaryInfo::buildIndex(Family family, CPLClickInfo* index) const
 
 QString CPLBkgSummaryInfo::getIndexData(Family family) const
 {
+    QList<sBkgEntry> entries;
+    getEntries(&entries);
     CPLClickInfo index;
-    buildIndex(family, &index);
+    buildIndex(family, entries, &index);
     return index.getClickInfoData();
 }
 
 int CPLBkgSummaryInfo::saveIndex(Family family, const QString& filePath) const
 {
+    QList<sBkgEntry> entries;
+    getEntries(&entries);
     CPLClickInfo index;
-    buildIndex(family, &index);
+    buildIndex(family, entries, &index);
     return index.saveClickInfo(filePath);
 }
 
@@ -557,18 +570,28 @@ int CPLBkgSummaryInfo::checkIndex(Family family, const QString& filePath,
 {
     if (!disagreements)
         return PL_NULL_ARGUMENT;
+    QList<sBkgEntry> entries;
+    getEntries(&entries);
+    compareIndex(family, filePath, entries, disagreements);
+    return PL_SUCCESS;
+}
+
+void CPLBkgSummaryInfo::compareIndex(Family family, const QString& filePath,
+                                     const QList<sBkgEntry>& entries,
+                                     QStringList* disagreements) const
+{
     const auto disagree = [disagreements, &filePath](const QString& what) {
         disagreements->append(filePath + QStringLiteral(": ") + what);
     };
     if (!QFileInfo::exists(filePath)) {
         disagree(QStringLiteral("the index is missing"));
-        return PL_SUCCESS;
+        return;
     }
     CPLClickInfo index;
     const int status = index.loadClickInfo(filePath);
     if (status != PL_SUCCESS) {
         disagree(QStringLiteral("the index does not load: ") + getStatusText(status));
-        return PL_SUCCESS;
+        return;
     }
     const CPLSection* listed = index[INDEX_SECTION];
     QStringList ids;
@@ -584,8 +607,6 @@ int CPLBkgSummaryInfo::checkIndex(Family family, const QString& filePath,
     QHash<QString, int> listedAt;
     for (int position = ids.size() - 1; position >= 0; --position)
         listedAt.insert(ids.at(position), position);
-    QList<sBkgEntry> entries;
-    getEntries(&entries);
     QSet<QString> expected;
     QStringList expectedCommon; // the summary's entries that the index lists, summary order
     for (const sBkgEntry& entry : qAsConst(entries)) {
@@ -614,7 +635,6 @@ int CPLBkgSummaryInfo::checkIndex(Family family, const QString& filePath,
     }
     if (common != expectedCommon)
         disagree(QStringLiteral("lists the entries in another order than the summary"));
-    return PL_SUCCESS;
 }
 
 int CPLBkgSummaryInfo::addEntry(const sBkgEntry& entry, QString* id)

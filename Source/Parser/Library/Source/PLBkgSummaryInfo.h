@@ -201,11 +201,15 @@ public:
     void clearData() override;
 
 private:
-    // Checks every section after a load and notes those that are not usable entries.
-    void checkSections();
+    // Checks every section after a load, notes those that are not usable entries, and
+    // returns the usable ones (what getEntries() gives), so that a load reads each once.
+    QList<sBkgEntry> checkSections();
+    // checkIndex() against the usable entries already read.
+    void compareIndex(Family family, const QString& filePath, const QList<sBkgEntry>& entries,
+                      QStringList* disagreements) const;
     QString indexPath(const QString& folder, Family family) const;
-    // Gives an empty document the index section of `family`.
-    void buildIndex(Family family, CPLClickInfo* index) const;
+    // Gives an empty document the index section of `family`, from the usable entries.
+    static void buildIndex(Family family, const QList<sBkgEntry>& entries, CPLClickInfo* index);
 
     QStringList m_LibraryWarnings;
 };
