@@ -1,12 +1,15 @@
 // The date, time and text helpers, checked against Qt's own date and time formatting.
 
+#include "PLPaths.h"
 #include "PLUtilities.h"
 #include "TestUtil.h"
 
 #include <gtest/gtest.h>
 
 #include <QDate>
+#include <QDir>
 #include <QLocale>
+#include <QTemporaryDir>
 #include <QTime>
 
 #include <cmath>
@@ -76,3 +79,20 @@ TEST(UtilitiesTest, CamelCaseCapitalisesEachBlankSeparatedWord)
 }
 
 } // namespace
+
+// A folder stands for its file; a file, or a path that does not exist, stands for itself.
+TEST(UtilitiesTest, AFolderNamesItsFileAndAFileItself)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    ASSERT_TRUE(QDir(dir.path()).mkpath(QStringLiteral("acq")));
+    const QString folder = dir.filePath(QStringLiteral("acq"));
+    const QString name = QStringLiteral("ClickInfo.txt");
+    EXPECT_EQ(getFilePathInFolder(folder, name),
+              QString(folder + QStringLiteral("/ClickInfo.txt")));
+    EXPECT_EQ(getFilePathInFolder(folder + QStringLiteral("//./"), name),
+              QString(folder + QStringLiteral("/ClickInfo.txt")));
+    const QString file = folder + QStringLiteral("/other.txt");
+    EXPECT_EQ(getFilePathInFolder(file, name), file) << "absent: taken as the file";
+    EXPECT_EQ(getFilePathInFolder(QString(), name), QString());
+}

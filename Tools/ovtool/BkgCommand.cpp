@@ -5,6 +5,7 @@
 #include "PLBkgSummaryInfo.h"
 #include "PLClickInfo.h"
 #include "PLConstants.h"
+#include "PLPaths.h"
 #include "PLStatus.h"
 
 #include <QDir>
@@ -118,9 +119,7 @@ void printJson(const QString& folder, const QList<sBkgEntry>& entries)
 // The ClickInfo file an argument names: the argument, or "ClickInfo.txt" in that folder.
 QString clickInfoPath(const QString& argument)
 {
-    return QFileInfo(argument).isDir()
-        ? QDir::cleanPath(argument) + QLatin1Char('/') + PLConstants::CLICKINFO_FILENAME
-        : argument;
+    return getFilePathInFolder(argument, PLConstants::CLICKINFO_FILENAME);
 }
 
 // The background for the acquisition at `argument`, printed; or why there is none.

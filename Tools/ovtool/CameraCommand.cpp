@@ -280,9 +280,7 @@ int runCamera(const QStringList& arguments)
     if (const auto done = commandLine.parse(arguments))
         return *done;
 
-    QString path = commandLine.argument(0);
-    if (QFileInfo(path).isDir())
-        path = QDir::cleanPath(path) + QLatin1Char('/') + CAMERA_INFO_TEXTFILE;
+    const QString path = getFilePathInFolder(commandLine.argument(0), CAMERA_INFO_TEXTFILE);
     CPLCameraInfo camera;
     const int status = camera.load(path);
     if (status != PL_SUCCESS)

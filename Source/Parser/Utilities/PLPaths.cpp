@@ -102,6 +102,11 @@ QString getParentPath(const QString& path)
     return slash == 0 ? QStringLiteral("/") : clean.left(slash);
 }
 
+QString getFilePathInFolder(const QString& path, const QString& fileName)
+{
+    return QFileInfo(path).isDir() ? QDir::cleanPath(path) + QLatin1Char('/') + fileName : path;
+}
+
 QString getCompleteFilePath(OV_PATH_TAGS tag, const QString& fileName, CPLCameraInfo* cameraInfo)
 {
     const QString folder = pathOf(tag, cameraInfo);

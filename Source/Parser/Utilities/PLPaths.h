@@ -70,6 +70,12 @@ OVPARSER_EXPORT int createFolder(const QString& folderPath);
 // "." (the current folder). An empty path gives an empty path; "/" gives "/".
 OVPARSER_EXPORT QString getParentPath(const QString& path);
 
+// The file a path names where a folder may stand for its file: `path` itself, or, when `path`
+// is a folder, the file `fileName` in it (the folder's path cleaned, then "/" and the name).
+// "acq" gives "acq/ClickInfo.txt" for an acquisition folder; "acq/ClickInfo.txt" stays as it
+// is, and so does a path that does not exist.
+OVPARSER_EXPORT QString getFilePathInFolder(const QString& path, const QString& fileName);
+
 // The path of the file `fileName` in the folder of `tag`, as getOVPath(tag, false,
 // cameraInfo) gives it; the folder itself for an empty name, an empty string for a tag
 // outside OV_PATH_TAGS.

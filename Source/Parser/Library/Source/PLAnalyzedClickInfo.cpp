@@ -1,6 +1,7 @@
 #include "PLAnalyzedClickInfo.h"
 
 #include "PLConstants.h"
+#include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 #include "PLValueText_p.h"
@@ -21,7 +22,7 @@ const char* const KIND_TEXTS[]
 // A path naming a folder reads and writes the folder's "AnalyzedClickInfo.txt".
 QString analysisFilePath(const QString& path)
 {
-    return QFileInfo(path).isDir() ? QDir(path).filePath(ANALYZED_CLICKINFO_FILENAME) : path;
+    return getFilePathInFolder(path, ANALYZED_CLICKINFO_FILENAME);
 }
 
 // Whether a value can be written and read back as given: a "#" would start an inline

@@ -9,6 +9,7 @@
 #include "PLLineGrammar_p.h"
 #include "PLLoadCheck_p.h"
 #include "PLLogging_p.h"
+#include "PLPaths.h"
 #include "PLScanner_p.h"
 #include "PLSection.h"
 #include "PLStatus.h"
@@ -362,9 +363,7 @@ int CPLClickInfo::loadClickInfo(const QString& folder, const QString& fileName, 
 
 int CPLClickInfo::loadAnalyzedClickInfo(const QString& path)
 {
-    const QString filePath = QFileInfo(path).isDir()
-        ? QDir(path).filePath(PLConstants::ANALYZED_CLICKINFO_FILENAME)
-        : path;
+    const QString filePath = getFilePathInFolder(path, PLConstants::ANALYZED_CLICKINFO_FILENAME);
     CPLClickInfo analysis;
     const int status = analysis.loadClickInfo(filePath, false);
     if (status != PL_SUCCESS)

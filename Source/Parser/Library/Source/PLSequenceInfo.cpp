@@ -2,6 +2,7 @@
 
 #include "PLConstants.h"
 #include "PLLabelDataSet.h"
+#include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
 
@@ -178,7 +179,7 @@ CPLSequenceInfo::~CPLSequenceInfo() = default;
 
 QString CPLSequenceInfo::sequenceFilePath(const QString& path)
 {
-    return QFileInfo(path).isDir() ? QDir(path).filePath(PLConstants::SEQUENCEINFO_FILENAME) : path;
+    return getFilePathInFolder(path, PLConstants::SEQUENCEINFO_FILENAME);
 }
 
 int CPLSequenceInfo::load(const QString& path)
