@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 namespace {
@@ -362,4 +363,41 @@ TEST(OptPropInfo, SectionAddedBeforeANulKeepsTheBytesAfterIt)
     EXPECT_EQ(info.fileBytes(),
               QByteArray("*** Optical Properties:\t\r\nTissue Properties:\tLiver\n\n\n\n") + tail);
     expectValue(info.getOpticalProperties().tissueProperties, L1("Liver"), true, true, "set");
+}
+
+// Two editors of one preference file: the second save would drop the first one's change, so it
+// is refused and the file keeps that change; after a load again, the edit goes through.
+TEST(OptPropInfo, ASaveNeverLosesAChangeMadeSinceTheLoad)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(L1("UserPreferences.txt"));
+    writeBytes(path, userFile());
+    CPLOptPropInfo first;
+    CPLOptPropInfo second;
+    ASSERT_EQ(first.load(path), PL_SUCCESS);
+    ASSERT_EQ(second.load(path), PL_SUCCESS);
+    ASSERT_EQ(first.setSetting(CPLOptPropInfo::CutoffParam, 0.25), PL_SUCCESS);
+    ASSERT_EQ(first.save(), PL_SUCCESS);
+    const QByteArray saved = readBytes(path);
+    ASSERT_NE(saved, userFile());
+
+    ASSERT_EQ(second.setSetting(CPLOptPropInfo::ScaleFactor, 2.0), PL_SUCCESS);
+    EXPECT_EQ(second.save(), PL_FILE_CHANGED);
+    EXPECT_EQ(readBytes(path), saved);
+    EXPECT_FALSE(QFileInfo::exists(path + L1(".lock")));
+    // Saved elsewhere it is written; that file then is the one checked.
+    EXPECT_EQ(second.save(dir.filePath(L1("mine.txt"))), PL_SUCCESS);
+
+    ASSERT_EQ(second.load(path), PL_SUCCESS);
+    ASSERT_EQ(second.setSetting(CPLOptPropInfo::ScaleFactor, 2.0), PL_SUCCESS);
+    ASSERT_EQ(second.save(), PL_SUCCESS);
+    CPLOptPropInfo reread;
+    ASSERT_EQ(reread.load(path), PL_SUCCESS);
+    EXPECT_EQ(reread.getSubjectAutoRoi().cutoffParam.value, 0.25);
+    EXPECT_EQ(reread.getSubjectAutoRoi().scaleFactor.value, 2.0);
+    // Its own saves in a row are no change by someone else.
+    ASSERT_EQ(reread.setSetting(CPLOptPropInfo::ScaleFactor, 3.0), PL_SUCCESS);
+    EXPECT_EQ(reread.save(), PL_SUCCESS);
+    ASSERT_EQ(reread.setSetting(CPLOptPropInfo::ScaleFactor, 4.0), PL_SUCCESS);
+    EXPECT_EQ(reread.save(), PL_SUCCESS);
 }

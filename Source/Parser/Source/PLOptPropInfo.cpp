@@ -188,8 +188,10 @@ int CPLOptPropInfo::load(const QString& filePath)
         status = loadFrom(bytes, filePath);
     else
         loadFrom(QByteArray(), QString());
-    if (status == PL_SUCCESS)
+    if (status == PL_SUCCESS) {
         m_strFilePath = filePath;
+        m_FileBytes = bytes;
+    }
     return status;
 }
 
@@ -197,8 +199,10 @@ int CPLOptPropInfo::loadBytes(const QByteArray& bytes, const QString& sourceName
 {
     m_strError.clear();
     const int status = loadFrom(bytes, sourceName);
-    if (status == PL_SUCCESS && !sourceName.isEmpty())
+    if (status == PL_SUCCESS && !sourceName.isEmpty()) {
         m_strFilePath = sourceName;
+        m_FileBytes = bytes;
+    }
     return status;
 }
 
@@ -245,12 +249,15 @@ int CPLOptPropInfo::save(const QString& filePath)
     if (PLFile::isDicomPath(filePath))
         return PL_INVALID_ARGUMENT;
     const QByteArray bytes = fileBytes();
-    const int status = PLFile::saveFile(filePath, bytes);
+    const int status = filePath == m_strFilePath
+        ? PLFile::saveFileIfUnchanged(filePath, bytes, m_FileBytes)
+        : PLFile::saveFile(filePath, bytes);
     if (status != PL_SUCCESS) {
         m_strError = filePath + QLatin1String(": ") + getStatusText(status);
         return status;
     }
     m_Bytes = bytes;
+    m_FileBytes = bytes;
     m_strLoadedText = getClickInfoData();
     m_strFilePath = filePath;
     return PL_SUCCESS;

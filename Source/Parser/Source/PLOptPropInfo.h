@@ -209,7 +209,11 @@ public:
     int save();
     // Writes the bytes held to `filePath` through the library's save policy (lock, atomic
     // replace), or saveClickInfo() when sections were changed through CPLClickInfo. 19 for an
-    // empty path, 31 for a DICOM path; on success the path is remembered.
+    // empty path, 31 for a DICOM path; on success the path is remembered. Saving to the file
+    // the document was read from (filePath()) first checks, under the file's lock, that the
+    // file still holds what was read: 76 (PL_FILE_CHANGED), the file left as it stands, when
+    // another program or editor changed it meanwhile, so that no update is lost silently;
+    // load it again and repeat the edit.
     int save(const QString& filePath);
 
     // The value of a key as T (QString, int, double or bool), or `defaultValue`: see the class
@@ -259,6 +263,8 @@ private:
     QString sourceName() const;
 
     QByteArray m_Bytes;
+    // What the file at m_strFilePath held when it was read or last saved.
+    QByteArray m_FileBytes;
     QString m_strFilePath;
     QString m_strError;
     // The canonical text of the sections as the bytes held load: when the sections differ

@@ -744,6 +744,22 @@ int saveFile(const QString& path, const QByteArray& bytes)
                       [&](CPLFileWriter&) -> const QByteArray& { return bytes; });
 }
 
+int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByteArray& expected)
+{
+    return PL_GUARDED({
+        CPLFileWriter writer(path, CPLFileWriter::Mode::Replace);
+        QByteArray current;
+        int status = writer.open(PL_LOCK_WAIT_MS);
+        if (status == PL_SUCCESS)
+            status = writer.readCurrent(&current);
+        if (status == PL_SUCCESS && current != expected)
+            status = PL_FILE_CHANGED;
+        if (status == PL_SUCCESS)
+            status = writer.write(bytes);
+        return status == PL_SUCCESS ? writer.commit() : status;
+    });
+}
+
 int appendDicomCopy(const QString& path, const QByteArray& copy)
 {
     // The return type is written out: with the string builder, "+" would return a builder

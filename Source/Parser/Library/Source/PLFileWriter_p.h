@@ -113,6 +113,10 @@ namespace PLFile {
 // Writes `bytes` as the whole new content of `path` (CPLFileWriter, Replace), waiting up to
 // PL_LOCK_WAIT_MS for a lock. Returns 0 or the status of the first failure.
 int saveFile(const QString& path, const QByteArray& bytes);
+// saveFile(), but only while the file still holds `expected` (read under the lock, empty for a
+// file that does not exist): PL_FILE_CHANGED, the file untouched, when someone else changed
+// it since the caller read it, so that an edit made of what was read loses no other update.
+int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByteArray& expected);
 // Appends a DICOM metadata copy to `path` (CPLFileWriter, Append), likewise; after a copy cut
 // off within a line, a LF first (PLDicom::copySeparator()), so that the new copy is found.
 int appendDicomCopy(const QString& path, const QByteArray& copy);

@@ -51,6 +51,8 @@ QString getStatusText(int status)
         return QStringLiteral("the file is locked by another editor");
     case PL_KEY_REPEATED:
         return QStringLiteral("the key stands on more than one line of its section");
+    case PL_FILE_CHANGED:
+        return QStringLiteral("the file was changed by someone else since it was read");
     case PL_NO_BACKGROUND_FITS:
         return QStringLiteral("no background of the library fits the acquisition");
     case PL_CLICK_ALREADY_LISTED:

@@ -57,6 +57,9 @@ constexpr int PL_CLICK_ALREADY_LISTED = 70;
 // An acquisition folder is not named after the click number its "ClickInfo.txt" holds, so a
 // sequence that lists the click number would not find the folder.
 constexpr int PL_FOLDER_NOT_CLICK_NUMBER = 71;
+// The file was changed by someone else since it was read: a save would lose that change, so
+// it is refused and the file left as it stands (CPLOptPropInfo::save()).
+constexpr int PL_FILE_CHANGED = 76;
 
 // The largest file the library loads as a document or XML file, 256 MiB: far above any
 // metadata or configuration file, and low enough that the text of a load (two bytes per
