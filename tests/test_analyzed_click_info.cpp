@@ -222,7 +222,6 @@ TEST(AnalyzedClickInfo, KineticUnmixingAndFlagsRoundTrip)
         EXPECT_EQ(isSet, i % 2 == 0) << CPLAnalyzedClickInfo::correctionKey(flags[i]).toStdString();
     }
     EXPECT_EQ(read.getSectionKeys(), L1List({ "ClickNumber", "Analysis Results" }));
-    EXPECT_EQ(CPLAnalyzedClickInfo::correctionKey(Correction::Rotated), L1("isRotated"));
 }
 
 TEST(AnalyzedClickInfo, RefusedValuesChangeNothing)

@@ -15,35 +15,30 @@
 namespace {
 
 // A user's file as written by hand: LF line ends, comments, blank lines, other sections.
-const char USER_FILE[] = "# my preferences\n"
-                         "*** Camera Settings:\t\n"
-                         "Photo Exposure:\t0.2\n"
-                         "\n"
-                         "*** Optical Properties:\t\n"
-                         "# chosen for the hind limb study\n"
-                         "Tissue Properties:\tSkin\n"
-                         "Bioluminescent Spectrum:\tFirefly   # click beetle later\n"
-                         "Index of Refraction:\t1,33\n"
-                         "\n"
-                         "*** DLIT Params:\t\n"
-                         "Angle Limit:\t60\n"
-                         "N Surface Lower:\t12abc\n"
-                         "Uniform Surface Sampling:\tno\n"
-                         "Smooth Mesh Surface:\tmaybe\n"
-                         "Auto Fluorescence:\tON\n"
-                         "Path Avg Size:\t\n"
-                         "\n"
-                         "*** DLIT:\t\n"
-                         "Angle Limit:\t45.5\n"
-                         "\n"
-                         "*** Plot Section:\t\n"
-                         "X Axis:\tWavelength # nm\n"
-                         "Y Axis:\tmu_a\n";
-
-QByteArray userFile()
-{
-    return QByteArray(USER_FILE);
-}
+const QByteArray kUserFile = "# my preferences\n"
+                             "*** Camera Settings:\t\n"
+                             "Photo Exposure:\t0.2\n"
+                             "\n"
+                             "*** Optical Properties:\t\n"
+                             "# chosen for the hind limb study\n"
+                             "Tissue Properties:\tSkin\n"
+                             "Bioluminescent Spectrum:\tFirefly   # click beetle later\n"
+                             "Index of Refraction:\t1,33\n"
+                             "\n"
+                             "*** DLIT Params:\t\n"
+                             "Angle Limit:\t60\n"
+                             "N Surface Lower:\t12abc\n"
+                             "Uniform Surface Sampling:\tno\n"
+                             "Smooth Mesh Surface:\tmaybe\n"
+                             "Auto Fluorescence:\tON\n"
+                             "Path Avg Size:\t\n"
+                             "\n"
+                             "*** DLIT:\t\n"
+                             "Angle Limit:\t45.5\n"
+                             "\n"
+                             "*** Plot Section:\t\n"
+                             "X Axis:\tWavelength # nm\n"
+                             "Y Axis:\tmu_a\n";
 
 void loadInto(CPLOptPropInfo& info, const QByteArray& bytes)
 {
@@ -64,7 +59,7 @@ void expectValue(const CPLOptPropValue<T>& got, const T& value, bool present, bo
 TEST(OptPropInfo, NamedGettersReadValuesDefaultsAndMalformedText)
 {
     CPLOptPropInfo info;
-    ASSERT_EQ(info.loadBytes(userFile(), L1("UserPreferences.txt")), PL_SUCCESS);
+    loadInto(info, kUserFile);
 
     const CPLOpticalProperties optical = info.getOpticalProperties();
     expectValue(optical.tissueProperties, L1("Skin"), true, true, "tissue");
@@ -153,9 +148,9 @@ TEST(OptPropInfo, TypedValueConversionTable)
 TEST(OptPropInfo, SetterChangesOnlyItsLine)
 {
     CPLOptPropInfo info;
-    loadInto(info, userFile());
+    loadInto(info, kUserFile);
     ASSERT_EQ(info.setSetting(CPLOptPropInfo::IndexOfRefraction, 1.37), PL_SUCCESS);
-    QByteArray expected = userFile();
+    QByteArray expected = kUserFile;
     expected.replace("Index of Refraction:\t1,33\n", "Index of Refraction:\t1.37\n");
     EXPECT_EQ(info.fileBytes(), expected);
     expectValue(info.getOpticalProperties().indexOfRefraction, 1.37, true, true, "read back");
@@ -194,12 +189,12 @@ TEST(OptPropInfo, CrLfFileKeepsItsLineEnds)
 TEST(OptPropInfo, AbsentKeysAndSectionsAreAdded)
 {
     CPLOptPropInfo info;
-    loadInto(info, userFile());
+    loadInto(info, kUserFile);
     // A reconstruction's own section is added at the end of the file.
     ASSERT_EQ(info.setSetting(CPLOptPropInfo::StartingVoxelSize, 1.5, CPLOptPropInfo::Spim),
               PL_SUCCESS);
     ASSERT_EQ(info.setSetting(CPLOptPropInfo::MinRoiSize, 25), PL_SUCCESS);
-    const QByteArray expected = userFile()
+    const QByteArray expected = kUserFile
         + "\n*** SpIM:\t\nStarting Voxel Size:\t1.5\n"
           "\n*** Measurement Auto ROI Settings:\t\nMin ROI Size:\t25\n";
     EXPECT_EQ(info.fileBytes(), expected);
@@ -218,7 +213,7 @@ TEST(OptPropInfo, AbsentKeysAndSectionsAreAdded)
 
 TEST(OptPropInfo, RefusedEditsLeaveTheBytes)
 {
-    const QByteArray repeated = userFile()
+    const QByteArray repeated = kUserFile
         + "*** Subject Auto ROI Settings:\t\n"
           "Scale Factor:\t1\nScale Factor:\t2\n";
     CPLOptPropInfo info;
@@ -254,14 +249,14 @@ TEST(OptPropInfo, SaveWritesTheBytesHeldAndLoadReadsThemBack)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(L1("UserPreferences.txt"));
-    writeBytes(path, userFile());
+    writeBytes(path, kUserFile);
     CPLOptPropInfo info;
     ASSERT_EQ(info.load(path), PL_SUCCESS);
     EXPECT_EQ(info.filePath(), path);
     ASSERT_EQ(info.setPreference(L1("Camera Settings"), L1("Photo Exposure"), L1("0.5")),
               PL_SUCCESS);
     ASSERT_EQ(info.save(), PL_SUCCESS);
-    QByteArray expected = userFile();
+    QByteArray expected = kUserFile;
     expected.replace("Exposure:\t0.2", "Exposure:\t0.5");
     EXPECT_EQ(readBytes(path), expected);
 
@@ -298,7 +293,7 @@ TEST(OptPropInfo, DefaultFileIsInTheUserSettingsFolder)
     EXPECT_EQ(CPLOptPropInfo::defaultFilePath(),
               dir.path() + L1("/User Settings/UserPreferences.txt"));
     createFolder(dir.path() + L1("/User Settings"));
-    writeBytes(CPLOptPropInfo::defaultFilePath(), userFile());
+    writeBytes(CPLOptPropInfo::defaultFilePath(), kUserFile);
     CPLOptPropInfo info;
     EXPECT_EQ(info.load(), PL_SUCCESS);
     expectValue(info.getOpticalProperties().tissueProperties, L1("Skin"), true, true,

@@ -115,6 +115,16 @@ protected:
         ASSERT_TRUE(QDir(m_dir.path()).mkpath(QFileInfo(to).path()));
         writeBytes(m_dir.filePath(to), readBytes(from));
     }
+    // Copies every file under the sample folder `sample` to the folder `to`.
+    void copyTree(const char* sample, const QString& to) const
+    {
+        const QString from = SAMPLES + L1(sample);
+        QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString file = files.next();
+            copy(file, to + file.mid(from.size()));
+        }
+    }
 
     // Runs ovtool with a UTF-8 locale and `input` on its standard input; `shellPrefix`, when
     // given, is run by sh before it.
@@ -199,14 +209,8 @@ TEST_F(ovtoolTest, OutputIsWhatIsExpected)
 // The instrument samples, shown with the settings store in the working folder.
 TEST_F(ovtoolTest, CameraShowsTheInstrumentItsExtensionsAndWhatWasRefused)
 {
-    for (const char* folder : { "instrument", "instrument-conflict" }) {
-        const QString from = SAMPLES + L1(folder);
-        QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString file = files.next();
-            copy(file, L1(folder) + file.mid(from.size()));
-        }
-    }
+    for (const char* folder : { "instrument", "instrument-conflict" })
+        copyTree(folder, L1(folder));
     const QString store = L1("export OVPARSER_DATA_DIR=\"$PWD/data\"");
     const struct
     {
@@ -755,12 +759,7 @@ TEST_F(ovtoolTest, HelpAndVersion)
 // and what the tool says of an index that disagrees and of an acquisition that nothing fits.
 TEST_F(ovtoolTest, BkgListsTheLibraryAndFindsTheBackgroundForAnAcquisition)
 {
-    const QString from = SAMPLES + L1("background");
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString file = files.next();
-        copy(file, L1("background") + file.mid(from.size()));
-    }
+    copyTree("background", L1("background"));
     const struct
     {
         const char* arguments;
@@ -850,11 +849,7 @@ protected:
     void SetUp() override
     {
         ovtoolTest::SetUp();
-        QDirIterator files(SAMPLES + L1("sequence"), QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString file = files.next();
-            copy(file, L1("seq") + file.mid(SAMPLES.size() + 8));
-        }
+        copyTree("sequence", L1("seq"));
     }
     // The sequence folder of the copy, and one of its acquisitions (1 to 4).
     static QString folder() { return L1("seq/SQ20261106101500"); }
@@ -862,7 +857,6 @@ protected:
     {
         return folder() + L1("/SQ20261106101500_00") + QString::number(n);
     }
-    Result run(const QStringList& arguments) const { return ovtool(arguments); }
 };
 
 TEST_F(ovtoolSequenceTest, ShowsTheSequenceInEachForm)
@@ -879,7 +873,7 @@ TEST_F(ovtoolSequenceTest, AnIncompleteSequenceExitsWithItsOwnStatus)
     ASSERT_TRUE(QDir(m_dir.path()).rename(click(4), folder() + L1("/elsewhere")));
     copy(path("c.txt"), folder() + L1("/KL20261104142207_001/ClickInfo.txt"));
 
-    Result result = run(args("sequence|seq/SQ20261106101500"));
+    Result result = ovtool(args("sequence|seq/SQ20261106101500"));
     EXPECT_EQ(result.exitCode, 9);
     EXPECT_EQ(result.err, QByteArray());
     const QByteArray checks = "Check: seq/SQ20261106101500/SQ20261106101500_004: listed in the "
@@ -893,12 +887,12 @@ TEST_F(ovtoolSequenceTest, AnIncompleteSequenceExitsWithItsOwnStatus)
     EXPECT_TRUE(result.out.endsWith(checks)) << result.out.toStdString();
     EXPECT_EQ(result.out.count("RawData"), 2) << "rows of the two acquisitions there";
 
-    result = run(args("sequence|--csv|seq/SQ20261106101500"));
+    result = ovtool(args("sequence|--csv|seq/SQ20261106101500"));
     EXPECT_EQ(result.exitCode, 9);
     EXPECT_EQ(result.err, QByteArray(checks).replace("Check: ", "ovtool: "));
     EXPECT_EQ(result.out.count("\r\n"), 3) << "the header and two rows";
 
-    result = run(args("sequence|--json|seq/SQ20261106101500"));
+    result = ovtool(args("sequence|--json|seq/SQ20261106101500"));
     EXPECT_EQ(result.exitCode, 9);
     const QJsonObject check = QJsonDocument::fromJson(result.out).object()[L1("check")].toObject();
     EXPECT_EQ(check[L1("missing folders")].toArray().first().toString(),
@@ -928,7 +922,7 @@ TEST_F(ovtoolSequenceTest, ReportsWhatCannotBeRead)
           "1; see \"ovtool sequence create --help\"\n" },
     };
     for (const auto& c : cases) {
-        const Result result = run(args(c.arguments));
+        const Result result = ovtool(args(c.arguments));
         EXPECT_EQ(result.exitCode, c.exitCode) << c.arguments;
         EXPECT_EQ(result.err, QByteArray(c.err)) << c.arguments;
     }
@@ -941,24 +935,24 @@ TEST_F(ovtoolSequenceTest, CreateWritesWhatTheSampleHoldsAndRefusesToOverwrite)
     ASSERT_TRUE(QFile::remove(path("seq/SQ20261106101500/SequenceInfo.txt")));
     const QStringList create = QStringList { L1("sequence"), L1("create"), folder() }
         << click(1) << click(2) << click(3) << click(4);
-    Result result = run(create);
+    Result result = ovtool(create);
     EXPECT_EQ(result.exitCode, 0) << result.err.toStdString();
     EXPECT_EQ(readBytes(m_dir.filePath(file)), sample);
 
-    result = run(create);
+    result = ovtool(create);
     EXPECT_EQ(result.exitCode, 7);
     EXPECT_EQ(result.err, "ovtool: " + file.toUtf8() + ": exists already; --force replaces it\n");
-    result = run(QStringList(create) << L1("--force") << L1("--id") << L1("Filters"));
+    result = ovtool(QStringList(create) << L1("--force") << L1("--id") << L1("Filters"));
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(readBytes(m_dir.filePath(file)).startsWith("*** Sequence:\tFilters\r\n"));
 
     copy(path("c.txt"), L1("renamed/ClickInfo.txt"));
-    result = run(args("sequence|create|--force|seq/SQ20261106101500|renamed"));
+    result = ovtool(args("sequence|create|--force|seq/SQ20261106101500|renamed"));
     EXPECT_EQ(result.exitCode, 7);
     EXPECT_EQ(result.err,
               QByteArray("ovtool: renamed: the acquisition folder is not named after its click "
                          "number\n"));
-    result = run(args("sequence|create|--force|seq/SQ20261106101500|tree"));
+    result = ovtool(args("sequence|create|--force|seq/SQ20261106101500|tree"));
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
               QByteArray("ovtool: tree: the file cannot be opened: No such file or "
