@@ -366,7 +366,7 @@ TEST(OptPropInfo, ASaveNeverLosesAChangeMadeSinceTheLoad)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(L1("UserPreferences.txt"));
-    writeBytes(path, userFile());
+    writeBytes(path, kUserFile);
     CPLOptPropInfo first;
     CPLOptPropInfo second;
     ASSERT_EQ(first.load(path), PL_SUCCESS);
@@ -374,7 +374,7 @@ TEST(OptPropInfo, ASaveNeverLosesAChangeMadeSinceTheLoad)
     ASSERT_EQ(first.setSetting(CPLOptPropInfo::CutoffParam, 0.25), PL_SUCCESS);
     ASSERT_EQ(first.save(), PL_SUCCESS);
     const QByteArray saved = readBytes(path);
-    ASSERT_NE(saved, userFile());
+    ASSERT_NE(saved, kUserFile);
 
     ASSERT_EQ(second.setSetting(CPLOptPropInfo::ScaleFactor, 2.0), PL_SUCCESS);
     EXPECT_EQ(second.save(), PL_FILE_CHANGED);
