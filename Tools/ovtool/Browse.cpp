@@ -91,20 +91,24 @@ QString clickTypeOf(const CPLClickInfo& document)
 
 // The click type of an acquisition read from `file`: that of the analysis beside a
 // "ClickInfo.txt", when there is one and it names a type, else the document's own.
-QString clickType(const CPLClickInfo& document, const QString& file)
+QString clickType(const CPLClickInfo& document, const QString& file,
+                  const QSet<QString>* analysedFolders)
 {
     if (hasFileName(file, PLConstants::CLICKINFO_FILENAME)) {
+        const QString folder = folderOf(file);
         const QString analysis
-            = folderOf(file) + QLatin1Char('/') + PLConstants::ANALYZED_CLICKINFO_FILENAME;
+            = folder + QLatin1Char('/') + PLConstants::ANALYZED_CLICKINFO_FILENAME;
+        const bool beside
+            = analysedFolders ? analysedFolders->contains(folder) : QFileInfo::exists(analysis);
         CPLClickInfo analysed;
-        if (QFileInfo::exists(analysis) && analysed.loadClickInfo(analysis) == PL_SUCCESS
+        if (beside && analysed.loadClickInfo(analysis) == PL_SUCCESS
             && !clickTypeOf(analysed).isEmpty())
             return clickTypeOf(analysed);
     }
     return clickTypeOf(document);
 }
 
-bool readDocument(const QString& file, Row* row, Skipped* why)
+bool readDocument(const QString& file, Row* row, Skipped* why, const QSet<QString>* analysedFolders)
 {
     CPLClickInfo document;
     const int status = document.loadClickInfo(file, false);
@@ -126,7 +130,7 @@ bool readDocument(const QString& file, Row* row, Skipped* why)
         document.getValue(image, columnKey(column), &value);
         row->values.append(cellText(column, value));
     }
-    row->values.append(clickType(document, file));
+    row->values.append(clickType(document, file, analysedFolders));
     row->values.append(QString()); // the sequence ID, which the sequence file gives
     return true;
 }
@@ -279,8 +283,8 @@ void walkFolder(const QByteArray& folder, QVector<QByteArray>* pending, Found* f
 }
 
 // Leaves out the "AnalyzedClickInfo.txt" files of folders that hold a "ClickInfo.txt": the
-// analysis belongs to that acquisition's row.
-void dropAnalysesOfAcquisitions(QStringList* files)
+// analysis belongs to that acquisition's row. Those folders go to `analysedFolders`.
+void dropAnalysesOfAcquisitions(QStringList* files, QSet<QString>* analysedFolders)
 {
     QSet<QString> acquisitionFolders;
     for (const QString& file : qAsConst(*files)) {
@@ -289,9 +293,11 @@ void dropAnalysesOfAcquisitions(QStringList* files)
     }
     files->erase(std::remove_if(files->begin(), files->end(),
                                 [&](const QString& file) {
-                                    return hasFileName(file,
-                                                       PLConstants::ANALYZED_CLICKINFO_FILENAME)
-                                        && acquisitionFolders.contains(folderOf(file));
+                                    if (!hasFileName(file, PLConstants::ANALYZED_CLICKINFO_FILENAME)
+                                        || !acquisitionFolders.contains(folderOf(file)))
+                                        return false;
+                                    analysedFolders->insert(folderOf(file));
+                                    return true;
                                 }),
                  files->end());
 }
@@ -372,13 +378,13 @@ QString dateTimeText(const QString& secondsSince1904)
     return QString::fromLatin1(text);
 }
 
-bool readRow(const QString& file, Row* row, Skipped* why)
+bool readRow(const QString& file, Row* row, Skipped* why, const QSet<QString>* analysedFolders)
 {
     row->file = file;
     row->clickNumber.clear();
     row->values.clear();
     *why = Skipped { file, QString(), 0 };
-    return readDocument(file, row, why);
+    return readDocument(file, row, why, analysedFolders);
 }
 
 QString Skipped::where() const
@@ -403,7 +409,7 @@ Found findAcquisitions(const QString& folder, const std::function<void(int found
     }
     std::sort(result.files.begin(), result.files.end());
     std::sort(result.sequenceFiles.begin(), result.sequenceFiles.end());
-    dropAnalysesOfAcquisitions(&result.files);
+    dropAnalysesOfAcquisitions(&result.files, &result.analysedFolders);
     std::sort(result.unreadableFolders.begin(), result.unreadableFolders.end(),
               [](const Skipped& a, const Skipped& b) { return a.path < b.path; });
     return result;
@@ -422,7 +428,7 @@ Result browse(const QString& folder, const std::function<void(int done, int tota
     Skipped why;
     int done = 0;
     for (const QString& file : found.files) {
-        if (readRow(file, &row, &why))
+        if (readRow(file, &row, &why, &found.analysedFolders))
             result.rows.append(row);
         else
             result.skipped.append(why);

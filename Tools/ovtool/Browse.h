@@ -13,6 +13,7 @@
 // lists its click number. Used by "ovtool browse", "ovtool sequence" and the benchmarks.
 
 #include <QLatin1String>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -54,7 +55,11 @@ QString dateTimeText(const QString& secondsSince1904);
 // header), when the file cannot be read, has a malformed section header, has no click
 // number, or has neither a luminescent nor a photographic image section (an analysis file
 // may have neither: its image columns are then empty). The sequence ID is left empty.
-bool readRow(const QString& file, Row* row, Skipped* why);
+// `analysedFolders`, when given, names the folders whose "ClickInfo.txt" has an
+// "AnalyzedClickInfo.txt" beside it (Found::analysedFolders), so that no other folder is
+// looked into for one; without it the file system is asked.
+bool readRow(const QString& file, Row* row, Skipped* why,
+             const QSet<QString>* analysedFolders = nullptr);
 // The position in a row's values of the sequence ID.
 int sequenceIdValue();
 
@@ -69,6 +74,8 @@ struct Found
     // "ClickInfo.txt" (else it belongs to that acquisition).
     QStringList files;
     QStringList sequenceFiles; // every "SequenceInfo.txt", in any case
+    // The folders of `files` that hold both a "ClickInfo.txt" and an "AnalyzedClickInfo.txt".
+    QSet<QString> analysedFolders;
     // Folders that could not be listed, with the system's reason: "cannot read the folder:
     // Permission denied". What they hold is left out; the walk goes on elsewhere.
     QVector<Skipped> unreadableFolders;
