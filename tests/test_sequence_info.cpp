@@ -183,9 +183,15 @@ TEST_F(SequenceInfoTest, HandWrittenFileReadsInNumberOrderAndKeepsItsOtherLines)
     EXPECT_EQ(clicks(sequence), L1List({ "SQ7_580", "SQ7_620", "SQ7_660", "SQ7_700b" }));
     EXPECT_FALSE(sequence.getLoadWarnings().isEmpty()) << "blank lines, repeated key, LF header";
 
-    // Unedited, it saves what it read but what the warnings name.
+    // "ClickNumber 3" stands on two lines with two values: the edit cannot be made in the
+    // file's lines, the section is written anew, and over the file that would lose the first
+    // value, so it is refused there; elsewhere it writes what the warnings name.
     ASSERT_EQ(sequence.removeClickNumber(L1("SQ7_620")), PL_SUCCESS);
-    ASSERT_EQ(sequence.save(file()), PL_SUCCESS);
+    EXPECT_EQ(sequence.save(file()), PL_LOAD_INCOMPLETE);
+    EXPECT_EQ(readBytes(file()), kHandWritten);
+    const QString copy = path(L1("copy"));
+    ASSERT_TRUE(QDir().mkpath(copy));
+    ASSERT_EQ(sequence.save(copy), PL_SUCCESS);
     const QByteArray expected = "# spectral series, filters 580 to 700\n"
                                 "*** Sequence:\tSQ7\r\n"
                                 "ClickNumbers in Sequence:\t3\n"
@@ -200,12 +206,81 @@ TEST_F(SequenceInfoTest, HandWrittenFileReadsInNumberOrderAndKeepsItsOtherLines)
                                 "*** Restore Results:\t\r\n"
                                 "\n"
                                 "\n\n";
-    EXPECT_EQ(readBytes(file()), expected);
+    EXPECT_EQ(readBytes(CPLSequenceInfo::sequenceFilePath(copy)), expected);
     CPLSequenceInfo reloaded;
-    ASSERT_EQ(reloaded.load(file()), PL_SUCCESS);
+    ASSERT_EQ(reloaded.load(copy), PL_SUCCESS);
     EXPECT_TRUE(reloaded.getLoadWarnings().isEmpty())
         << reloaded.getLoadWarnings().join(L1("\n")).toStdString();
     EXPECT_EQ(clicks(reloaded), L1List({ "SQ7_580", "SQ7_660", "SQ7_700b" }));
+}
+
+TEST_F(SequenceInfoTest, EditsOfAHandWrittenFileChangeOnlyTheirOwnLines)
+{
+    const QByteArray handWritten = "# series by hand\r\n"
+                                   "*** Sequence:\tSQ9\r\n"
+                                   "ClickNumbers in Sequence:\t3\r\n"
+                                   "ClickNumber 1:\tSQ9_001\r\n"
+                                   "ClickNumber 2:\tSQ9_002  # dim\r\n"
+                                   "\r\n"
+                                   "free text\r\n"
+                                   "ClickNumber 3:\tSQ9_003\r\n"
+                                   "Operator:\tkl\r\n"
+                                   "\r\n"
+                                   "*** User Input:\tOrvane Universal\r\n"
+                                   "User:\tKL\r\n"
+                                   "\r\n"
+                                   "*** Restore Results:\t\r\n"
+                                   "Active:\t1\r\n";
+    CPLSequenceInfo sequence;
+    ASSERT_EQ(loadBytes(sequence, handWritten), PL_SUCCESS);
+    ASSERT_FALSE(sequence.getLoadWarnings().isEmpty()) << "CR LF, blank lines, free text";
+    ASSERT_EQ(sequence.removeClickNumber(L1("SQ9_001")), PL_SUCCESS);
+    ASSERT_EQ(sequence.addClickNumber(L1("SQ9_004")), PL_SUCCESS);
+    ASSERT_EQ(sequence.moveClickNumber(0, 2), PL_SUCCESS);
+    ASSERT_EQ(sequence.setUserInputValue(L1("User"), L1("Ana")), PL_SUCCESS);
+    ASSERT_EQ(sequence.setRestoreResult(L1("Zoom"), L1("2")), PL_SUCCESS);
+    EXPECT_EQ(clicks(sequence), L1List({ "SQ9_003", "SQ9_004", "SQ9_002" }));
+    ASSERT_EQ(sequence.save(m_dir.path()), PL_SUCCESS);
+    // The click lines still listed take their new click numbers (an inline comment stays),
+    // the one no longer listed is removed and the new one added at the end of the section;
+    // every other byte is as it was.
+    EXPECT_EQ(readBytes(file()),
+              QByteArray("# series by hand\r\n"
+                         "*** Sequence:\tSQ9\r\n"
+                         "ClickNumbers in Sequence:\t3\r\n"
+                         "ClickNumber 1:\tSQ9_003\r\n"
+                         "ClickNumber 2:\tSQ9_004\t# dim\r\n"
+                         "\r\n"
+                         "free text\r\n"
+                         "Operator:\tkl\r\n"
+                         "ClickNumber 3:\tSQ9_002\r\n"
+                         "\r\n"
+                         "*** User Input:\tOrvane Universal\r\n"
+                         "User:\tAna\r\n"
+                         "\r\n"
+                         "*** Restore Results:\t\r\n"
+                         "Active:\t1\r\n"
+                         "Zoom:\t2\r\n"));
+    CPLSequenceInfo reloaded;
+    ASSERT_EQ(reloaded.load(m_dir.path()), PL_SUCCESS);
+    EXPECT_EQ(clicks(reloaded), clicks(sequence));
+
+    // Removing every click writes the empty-sequence line in place of the count.
+    for (const char* click : { "SQ9_003", "SQ9_004", "SQ9_002" })
+        ASSERT_EQ(reloaded.removeClickNumber(L1(click)), PL_SUCCESS);
+    ASSERT_EQ(reloaded.save(m_dir.path()), PL_SUCCESS);
+    const QByteArray emptied = readBytes(file());
+    EXPECT_TRUE(emptied.startsWith("# series by hand\r\n*** Sequence:\tSQ9\r\n\r\nfree text\r\n"
+                                   "Operator:\tkl\r\nClickNumbers:\tEmpty Sequence\r\n\r\n"))
+        << emptied.constData();
+
+    // A new ID is a header line, which is not edited in place: the whole file is written.
+    ASSERT_EQ(reloaded.setSequenceID(L1("SQ10")), PL_SUCCESS);
+    ASSERT_EQ(reloaded.save(m_dir.path()), PL_SUCCESS);
+    EXPECT_TRUE(readBytes(file()).startsWith("# series by hand\n*** Sequence:\tSQ10\r\n"
+                                             "#free text\nOperator:\tkl\n"
+                                             "ClickNumbers:\tEmpty Sequence\n\n"))
+        << readBytes(file()).constData();
 }
 
 TEST_F(SequenceInfoTest, LoadTakesAFolderOrAFileAndClearsFirst)

@@ -402,12 +402,7 @@ void CPLOptPropInfo::adoptEdit(const CPLClickInfo& edited, const QList<CPLLoadWa
 {
     // The editor has loaded the edited bytes already: take its sections rather than load
     // (and log) the file again. An edit never changes the lines before the first section.
-    deleteSections();
-    for (const QString& key : edited.getSectionKeys()) {
-        auto copy = std::make_unique<CPLSection>(*edited[key]);
-        insertSection(copy, key);
-    }
-    setLoadWarnings(warnings);
+    adoptSections(edited, warnings);
     m_Bytes = bytes;
     m_strLoadedText = getClickInfoData();
 }

@@ -4,6 +4,7 @@
 #include "PLDecodedText_p.h"
 #include "PLDicomMetadata_p.h"
 #include "PLFileReader_p.h"
+#include "PLFileStamp_p.h"
 #include "PLFileWriter_p.h"
 #include "PLKeyHash_p.h"
 #include "PLLineGrammar_p.h"
@@ -16,6 +17,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 
 #include <QScopeGuard>
 
@@ -59,6 +61,12 @@ QString location(const QString& source, int line)
 }
 
 } // namespace
+
+struct CPLClickInfo::LoadedFile
+{
+    PLFile::Stamp stamp;
+    QStringList losses;
+};
 
 CPLClickInfo::CPLClickInfo() = default;
 
@@ -245,26 +253,98 @@ void CPLClickInfo::clearData()
     deleteSections(); // none are left unless a derived removeSection() kept some
     m_strClickNumber.clear();
     m_LeadingLines.clear();
+    // A document emptied on purpose loses nothing of its file by a save.
+    if (m_pLoadedFile)
+        m_pLoadedFile->losses.clear();
 }
 
 int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections)
 {
     QByteArray bytes;
-    int status = PL_GUARDED({
-        if (!PLFile::isDicomPath(filePath)) {
-            const int read = PLFile::readFile(filePath, &bytes);
-            return read != PL_SUCCESS
-                ? read
-                : loadClickInfoBytes(bytes.constData(), bytes.size(), filePath);
-        }
-        qint64 offset = 0;
-        const int read = PLFile::readDicomMetadata(filePath, &bytes, &offset);
-        return read != PL_SUCCESS ? read
-                                  : loadDicomMetadata(bytes.constData(), bytes.size(), filePath);
-    });
+    const int status = loadFile(filePath, &bytes);
     if (status != PL_SUCCESS)
         return status;
     return appendUserSections ? appendUserSpecificSections(false) : PL_SUCCESS;
+}
+
+int CPLClickInfo::loadFile(const QString& filePath, QByteArray* bytes)
+{
+    return PL_GUARDED({
+        PLFile::FileStatus read {};
+        int status = PL_SUCCESS;
+        if (!PLFile::isDicomPath(filePath)) {
+            status = PLFile::readFile(filePath, bytes, PL_MAX_FILE_SIZE, &read);
+            if (status == PL_SUCCESS)
+                status = loadClickInfoBytes(bytes->constData(), bytes->size(), filePath);
+        } else {
+            qint64 offset = 0;
+            status = PLFile::readDicomMetadata(filePath, bytes, &offset, &read);
+            if (status == PL_SUCCESS)
+                status = loadDicomMetadata(bytes->constData(), bytes->size(), filePath);
+        }
+        // A file that could not be read was not loaded: what was known of another stays.
+        if (read.st_ino != 0 && status != PL_FILE_OPEN_FAILED && status != PL_FILE_TOO_LARGE
+            && status != PL_NOT_REGULAR_FILE)
+            rememberLoadedFile(filePath, read, *bytes, status);
+        return status;
+    });
+}
+
+void CPLClickInfo::rememberLoadedFile(const QString& filePath, const struct stat& status,
+                                      const QByteArray& bytes, int loadStatus)
+{
+    auto loaded = std::make_unique<LoadedFile>();
+    loaded->stamp = PLFile::Stamp::ofRead(filePath, status, bytes);
+    loaded->losses = lossesOfLoad(loadStatus);
+    m_pLoadedFile = std::move(loaded);
+}
+
+QStringList CPLClickInfo::lossesOfLoad(int loadStatus) const
+{
+    QStringList losses;
+    if (loadStatus != PL_SUCCESS)
+        losses.append(m_iLastErrorLine > 0
+                          ? QStringLiteral("line %1: the load stopped here (%2); the sections "
+                                           "from here on were not loaded")
+                                .arg(m_iLastErrorLine)
+                                .arg(getStatusText(loadStatus))
+                          : QStringLiteral("the load failed (%1)").arg(getStatusText(loadStatus)));
+    for (const CPLLoadWarning& warning : loadWarnings()) {
+        switch (warning.kind()) {
+        case CPLLoadWarning::NulByte:
+        case CPLLoadWarning::CutCopy:
+        case CPLLoadWarning::RepeatedSection:
+        case CPLLoadWarning::MergedSection:
+            losses.append(warning.toString());
+            break;
+        case CPLLoadWarning::RepeatedKey:
+            // Lines that repeat a key with the same value lose nothing when both are written
+            // with it.
+            if (const CPLSection* section = (*this)[warning.section()]) {
+                const QStringList values = section->getEntryValues(true);
+                QHash<QString, QString> seen;
+                const QStringList keys = section->getEntryKeys();
+                for (int i = 0; i < keys.size(); ++i) {
+                    const QString key = keys.at(i).toLower();
+                    const auto earlier = seen.constFind(key);
+                    if (earlier != seen.constEnd() && *earlier != values.value(i)) {
+                        losses.append(warning.toString());
+                        break;
+                    }
+                    seen.insert(key, values.value(i));
+                }
+            }
+            break;
+        default:
+            break;
+        }
+    }
+    return losses;
+}
+
+QStringList CPLClickInfo::getLoadIncompleteReason() const
+{
+    return m_pLoadedFile ? m_pLoadedFile->losses : QStringList();
 }
 
 int CPLClickInfo::loadClickInfoBytes(const char* data, qint64 size, const QString& sourceName)
@@ -414,10 +494,95 @@ QString CPLClickInfo::getClickInfoData() const
 int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
     return PL_GUARDED({
-        const QByteArray bytes = getClickInfoData().toLatin1();
-        return PLFile::isDicomPath(filePath) ? PLFile::appendDicomCopy(filePath, bytes)
-                                             : PLFile::saveFile(filePath, bytes);
+        const QString unwritable = unwritableEntry();
+        if (!unwritable.isEmpty()) {
+            qCWarning(lcOvSave, "%s: %s; nothing written", qUtf8Printable(filePath),
+                      qUtf8Printable(unwritable));
+            return PL_INVALID_ARGUMENT;
+        }
+        return saveFileBytes(filePath, getClickInfoData().toLatin1(), false);
     });
+}
+
+int CPLClickInfo::saveFileBytes(const QString& filePath, const QByteArray& bytes,
+                                bool wholeFile) const
+{
+    return PL_GUARDED({
+        const bool overLoaded = m_pLoadedFile && m_pLoadedFile->stamp.names(filePath);
+        if (overLoaded && !wholeFile && !m_pLoadedFile->losses.isEmpty()) {
+            qCWarning(lcOvSave,
+                      "%s: not saved over the file it was loaded from, which holds what the load "
+                      "did not take in (save it elsewhere): %s",
+                      qUtf8Printable(filePath),
+                      qUtf8Printable(m_pLoadedFile->losses.join(QLatin1String("; "))));
+            return PL_LOAD_INCOMPLETE;
+        }
+        PLFile::Precondition unchanged;
+        if (overLoaded)
+            unchanged = [&](CPLFileWriter& writer) {
+                return m_pLoadedFile->stamp.check(filePath, writer);
+            };
+        const bool dicom = PLFile::isDicomPath(filePath);
+        const int status = dicom ? PLFile::appendDicomCopy(filePath, bytes, unchanged)
+                                 : PLFile::saveFile(filePath, bytes, unchanged);
+        if (status == PL_FILE_CHANGED)
+            qCWarning(lcOvSave,
+                      "%s: changed by someone else since it was loaded; nothing written (load it "
+                      "again and repeat the edit)",
+                      qUtf8Printable(filePath));
+        // The file as saved is what the next save over it checks.
+        if (status == PL_SUCCESS && overLoaded)
+            m_pLoadedFile->stamp = PLFile::Stamp::ofWritten(filePath, dicom ? QByteArray() : bytes);
+        return status;
+    });
+}
+
+void CPLClickInfo::adoptSections(const CPLClickInfo& from, const QList<CPLLoadWarning>& warnings)
+{
+    deleteSections();
+    for (const QString& key : from.getSectionKeys()) {
+        auto copy = std::make_unique<CPLSection>(*from[key]);
+        insertSection(copy, key);
+    }
+    setLoadWarnings(warnings);
+}
+
+QString CPLClickInfo::unwritableEntry() const
+{
+    using Role = CPLSection::TextRole;
+    const QStringList sectionKeys = getSectionKeys();
+    for (const QString& sectionKey : sectionKeys) {
+        const CPLSection* section = (*this)[sectionKey];
+        if (!section)
+            continue;
+        const QString inSection = QStringLiteral("section \"%1\": ").arg(sectionKey);
+        // A document may keep a section under a key of its own (the label sets do): the
+        // section's own key is what its header holds.
+        QString key;
+        QString name;
+        section->getSectionKey(&key);
+        section->getSectionName(&name, true);
+        for (const auto& [text, role] : { std::pair<QString, Role>(key, Role::SectionKey),
+                                          std::pair<QString, Role>(name, Role::Value) })
+            if (CPLSection::breaksFile(text, role))
+                return inSection + CPLSection::textFaultText(text, role);
+        const QStringList keys = section->getEntryKeys();
+        const QStringList values = section->getEntryValues(true);
+        for (int i = 0; i < keys.size(); ++i) {
+            const QString& value = values.at(i);
+            if (CPLSection::breaksFile(value, Role::Value))
+                return inSection + CPLSection::textFaultText(value, Role::Value);
+            if (CPLSection::isCommentKey(keys.at(i))) {
+                if (!value.isEmpty() && !value.startsWith(QLatin1Char('#')))
+                    return inSection
+                        + QStringLiteral("the comment line \"%1\" does not begin with \"#\"")
+                              .arg(value);
+            } else if (CPLSection::breaksFile(keys.at(i), Role::Key)) {
+                return inSection + CPLSection::textFaultText(keys.at(i), Role::Key);
+            }
+        }
+    }
+    return QString();
 }
 
 int CPLClickInfo::appendUserSpecificSections(bool withAnalysisSection)

@@ -12,6 +12,7 @@
 
 #include <memory>
 
+struct stat;
 class CPLDecodedText;
 class CPLLoadCheck;
 class CPLSection;
@@ -137,6 +138,20 @@ public:
     // cannot be written completely (a write, sync, close or rename refused: see
     // getLastSystemError()), 64 for a FIFO, device or socket, 66 when another editor holds
     // the lock (or left it behind), 65 when memory runs out.
+    //
+    // Over the file the document was loaded from (the same path, a symbolic link to it or
+    // another hard link of it), a save first makes sure it loses nothing: it returns 77
+    // (PL_LOAD_INCOMPLETE), the file untouched, when the load did not take in all the file
+    // holds (see getLoadIncompleteReason()); and it returns 76 (PL_FILE_CHANGED), the file
+    // untouched, when someone else changed, replaced or removed the file since it was loaded
+    // or last saved by this document, checked under the file's lock, so that no other
+    // program's or editor's update is overwritten: load it again and repeat the edit. Saving
+    // to any other path is not checked so. A document whose section key, section
+    // name, key, value or comment line could not be written and read back the same (a key
+    // holding a colon, a "#" or a line break, a key beginning with "***" after blanks, a
+    // comment line that is not a comment: what a load keeps of a line it could not read as
+    // written, see getLoadWarnings()) is not written at all: 31, with the offending entry in
+    // the log (category "ovparser.save").
     int saveClickInfo(const QString& filePath) const;
     // The text that saveClickInfo() writes.
     QString getClickInfoData() const;
@@ -210,6 +225,15 @@ public:
     // The 1-based line (of the file, or of the text given to loadTextBuffer()) at which the
     // last load stopped with 5 or 33; 0 when it did not stop at a line.
     int getLastErrorLine() const;
+    // What a save over the file the document was last loaded from would lose because the load
+    // did not take it in, as one line per cause naming the file and line: a NUL byte that
+    // ends the text, a section left out because its key repeats an earlier one's (or merged
+    // into it), a key that a section holds on lines with different values (a save writes the
+    // last value on each), a DICOM metadata copy that was cut off, a load that stopped at a
+    // malformed line. Empty when the load took in everything, after clearData(), and for a
+    // document not loaded from a file. While it is not empty, saveClickInfo() refuses to
+    // write over that file (PL_LOAD_INCOMPLETE); saving elsewhere is allowed.
+    QStringList getLoadIncompleteReason() const;
 
     // The load warnings: every way in which what the last load read differs from what saving
     // writes, one warning per kind and section with its first line and the number of lines of that
@@ -275,6 +299,19 @@ protected:
     int addDefaultUserInputSection();
     // Sets what getFileSectionCount() gives, for a derived document's own load.
     void setFileSectionCount(int count) { m_iFileSectionCount = count; }
+    // Loads the file at `filePath` as loadClickInfo(filePath, false) does, and gives the
+    // bytes that were read (of a DICOM file, its metadata) in *bytes.
+    int loadFile(const QString& filePath, QByteArray* bytes);
+    // Writes `bytes` to `filePath` as saveClickInfo() writes the document's text, with the
+    // same checks over the file the document was loaded from (PL_LOAD_INCOMPLETE,
+    // PL_FILE_CHANGED): for a document that keeps the bytes of its file.
+    // `wholeFile` tells that `bytes` are the file's own bytes, edited in place: then nothing
+    // the load left out is lost, and only the check for changes applies.
+    int saveFileBytes(const QString& filePath, const QByteArray& bytes, bool wholeFile) const;
+    // Replaces the sections by copies of those of `from`, in its order, and the load warnings
+    // by `warnings`: for a document whose file's bytes were edited in place (CPLFileEditor)
+    // and loaded again by the editor as `from`.
+    void adoptSections(const CPLClickInfo& from, const QList<CPLLoadWarning>& warnings);
 
 private:
     friend class CPLFileEditor; // loads the metadata of a DICOM file as loadClickInfo() does
@@ -288,7 +325,20 @@ private:
     // Line `textLine` of the text being loaded as a line of the file it came from.
     CPLTextLocation locationOf(int textLine) const;
 
+    // What a save over the file loaded from must know of it (PLFileStamp_p.h).
+    struct LoadedFile;
+    // Remembers the file at `filePath`, read as `bytes` with `status` its fstat(2) before the
+    // read, after a load of it that returned `loadStatus`.
+    void rememberLoadedFile(const QString& filePath, const struct stat& status,
+                            const QByteArray& bytes, int loadStatus);
+    // What getLoadIncompleteReason() gives after a load that returned `loadStatus`.
+    QStringList lossesOfLoad(int loadStatus) const;
+    // The first section key, name, key, value or comment line that cannot be written and read
+    // back the same, in words naming its section; empty when there is none.
+    QString unwritableEntry() const;
+
     QString m_strClickNumber;
+    mutable std::unique_ptr<LoadedFile> m_pLoadedFile;
     int m_iFileSectionCount = 0;
     QStringList m_LeadingLines;
     int m_iLastErrorLine = 0;

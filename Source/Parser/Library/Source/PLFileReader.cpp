@@ -153,7 +153,7 @@ bool isDicomPath(const QString& path)
     return path.endsWith(QLatin1String(".dcm"), Qt::CaseInsensitive);
 }
 
-int readFile(const QString& path, QByteArray* bytes, qint64 limit)
+int readFile(const QString& path, QByteArray* bytes, qint64 limit, FileStatus* read)
 {
     PLStatusPrivate::clearLastSystemError();
     if (!bytes)
@@ -163,6 +163,8 @@ int readFile(const QString& path, QByteArray* bytes, qint64 limit)
         Descriptor fd;
         FileStatus status {};
         const int opened = openRegular(path, limit, &fd, &status);
+        if (opened == PL_SUCCESS && read)
+            *read = status;
         return opened == PL_SUCCESS ? readToEnd(fd.get(), path, 0, status.st_size, limit, bytes)
                                     : opened;
     });
@@ -173,7 +175,8 @@ int readFile(const QString& path, QByteArray* bytes)
     return readFile(path, bytes, PL_MAX_FILE_SIZE);
 }
 
-int readDicomMetadata(const QString& path, QByteArray* metadata, qint64* offset)
+int readDicomMetadata(const QString& path, QByteArray* metadata, qint64* offset,
+                      FileStatus* read)
 {
     PLStatusPrivate::clearLastSystemError();
     if (!metadata || !offset)
@@ -182,6 +185,8 @@ int readDicomMetadata(const QString& path, QByteArray* metadata, qint64* offset)
         Descriptor fd;
         FileStatus status {};
         int result = openRegular(path, std::numeric_limits<qint64>::max(), &fd, &status);
+        if (result == PL_SUCCESS && read)
+            *read = status;
         qint64 start = 0;
         if (result == PL_SUCCESS)
             result = findMetadata(fd.get(), path, status.st_size, PL_MAX_FILE_SIZE, &start);

@@ -19,6 +19,8 @@
 //   for getLastSystemError().
 // Each failure is logged in lcOvFile with the file's path. Sizes are 64-bit throughout.
 
+#include "PLFileSystem_p.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QtGlobal>
@@ -32,7 +34,9 @@ namespace PLFile {
 bool isDicomPath(const QString& path);
 
 // Reads the whole file at `path` into *bytes (replaced). Returns 0 or a status as above.
-int readFile(const QString& path, QByteArray* bytes, qint64 limit);
+// `read`, when given, receives what fstat(2) told of the file as it was opened, before it was
+// read (so that a change made while it is read shows as a change after the read).
+int readFile(const QString& path, QByteArray* bytes, qint64 limit, FileStatus* read = nullptr);
 int readFile(const QString& path, QByteArray* bytes);
 
 // Reads the metadata of a DICOM file: the bytes after the last NUL byte of the file (its
@@ -41,7 +45,8 @@ int readFile(const QString& path, QByteArray* bytes);
 // is read only as far as its last NUL, however large the file; the limit applies to the
 // metadata. *offset receives the offset in the file at which the metadata begins. Same
 // rules and statuses as readFile().
-int readDicomMetadata(const QString& path, QByteArray* metadata, qint64* offset);
+int readDicomMetadata(const QString& path, QByteArray* metadata, qint64* offset,
+                      FileStatus* read = nullptr);
 
 // Reads `device` (standard input, say) to its end into *bytes, refusing more than `limit`
 // bytes with PL_FILE_TOO_LARGE. `name` names the device in messages.

@@ -723,11 +723,14 @@ namespace {
 
 // Writes what `content` makes of the file's current bytes (read under the lock).
 template<typename Content>
-int writeWhole(const QString& path, CPLFileWriter::Mode mode, Content content)
+int writeWhole(const QString& path, CPLFileWriter::Mode mode, Content content,
+               const PLFile::Precondition& precondition)
 {
     return PL_GUARDED({
         CPLFileWriter writer(path, mode);
         int status = writer.open(PL_LOCK_WAIT_MS);
+        if (status == PL_SUCCESS && precondition)
+            status = precondition(writer);
         if (status == PL_SUCCESS)
             status = writer.write(content(writer));
         return status == PL_SUCCESS ? writer.commit() : status;
@@ -738,10 +741,11 @@ int writeWhole(const QString& path, CPLFileWriter::Mode mode, Content content)
 
 namespace PLFile {
 
-int saveFile(const QString& path, const QByteArray& bytes)
+int saveFile(const QString& path, const QByteArray& bytes, const Precondition& precondition)
 {
-    return writeWhole(path, CPLFileWriter::Mode::Replace,
-                      [&](CPLFileWriter&) -> const QByteArray& { return bytes; });
+    return writeWhole(
+        path, CPLFileWriter::Mode::Replace,
+        [&](CPLFileWriter&) -> const QByteArray& { return bytes; }, precondition);
 }
 
 int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByteArray& expected)
@@ -760,7 +764,7 @@ int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByt
     });
 }
 
-int appendDicomCopy(const QString& path, const QByteArray& copy)
+int appendDicomCopy(const QString& path, const QByteArray& copy, const Precondition& precondition)
 {
     // The return type is written out: with the string builder, "+" would return a builder
     // that refers to the lambda's locals.
@@ -768,7 +772,7 @@ int appendDicomCopy(const QString& path, const QByteArray& copy)
         QByteArray metadata;
         writer.readCurrent(&metadata); // unreadable: no separator, as for a new file
         return PLDicom::copySeparator(metadata) + copy;
-    });
+    }, precondition);
 }
 
 } // namespace PLFile

@@ -51,6 +51,7 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <functional>
 #include <memory>
 
 class QIODevice;
@@ -110,16 +111,21 @@ private:
 
 namespace PLFile {
 
+// Called once the file's lock is held and before anything is written: 0 lets the save go on;
+// any other status stops it and is returned, the file untouched.
+using Precondition = std::function<int(CPLFileWriter& writer)>;
+
 // Writes `bytes` as the whole new content of `path` (CPLFileWriter, Replace), waiting up to
 // PL_LOCK_WAIT_MS for a lock. Returns 0 or the status of the first failure.
-int saveFile(const QString& path, const QByteArray& bytes);
+int saveFile(const QString& path, const QByteArray& bytes, const Precondition& precondition = {});
 // saveFile(), but only while the file still holds `expected` (read under the lock, empty for a
 // file that does not exist): PL_FILE_CHANGED, the file untouched, when someone else changed
 // it since the caller read it, so that an edit made of what was read loses no other update.
 int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByteArray& expected);
 // Appends a DICOM metadata copy to `path` (CPLFileWriter, Append), likewise; after a copy cut
 // off within a line, a LF first (PLDicom::copySeparator()), so that the new copy is found.
-int appendDicomCopy(const QString& path, const QByteArray& copy);
+int appendDicomCopy(const QString& path, const QByteArray& copy,
+                    const Precondition& precondition = {});
 
 } // namespace PLFile
 

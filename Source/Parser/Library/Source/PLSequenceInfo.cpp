@@ -1,6 +1,8 @@
 #include "PLSequenceInfo.h"
 
 #include "PLConstants.h"
+#include "PLFileEditor.h"
+#include "PLFileReader_p.h"
 #include "PLLabelDataSet.h"
 #include "PLPaths.h"
 #include "PLSection.h"
@@ -185,12 +187,64 @@ QString CPLSequenceInfo::sequenceFilePath(const QString& path)
 int CPLSequenceInfo::load(const QString& path)
 {
     clearData();
-    return loadClickInfo(sequenceFilePath(path), false);
+    const QString file = sequenceFilePath(path);
+    QByteArray bytes;
+    const int status = loadFile(file, &bytes);
+    if (status == PL_SUCCESS && !PLFile::isDicomPath(file)) {
+        m_KeptBytes = bytes;
+        m_strKeptText = getClickInfoData();
+        m_strKeptPath = file;
+        m_bKeepsBytes = true;
+    }
+    return status;
 }
 
 int CPLSequenceInfo::save(const QString& path) const
 {
-    return saveClickInfo(sequenceFilePath(path));
+    const QString file = sequenceFilePath(path);
+    if (m_bKeepsBytes && getClickInfoData() == m_strKeptText)
+        return saveFileBytes(file, m_KeptBytes, true);
+    return saveClickInfo(file);
+}
+
+void CPLSequenceInfo::clearData()
+{
+    CPLClickInfo::clearData();
+    dropKeptBytes();
+}
+
+void CPLSequenceInfo::dropKeptBytes()
+{
+    m_bKeepsBytes = false;
+    m_KeptBytes.clear();
+    m_strKeptText.clear();
+}
+
+int CPLSequenceInfo::editKeptBytes(const std::function<int(CPLFileEditor&)>& edit)
+{
+    if (!m_bKeepsBytes)
+        return PL_NOTHING_TO_WORK_ON;
+    // Sections changed through CPLClickInfo's own functions are no longer what the bytes hold.
+    if (getClickInfoData() != m_strKeptText) {
+        dropKeptBytes();
+        return PL_NOTHING_TO_WORK_ON;
+    }
+    CPLFileEditor editor(m_strKeptPath);
+    int status = editor.openBytes(m_KeptBytes);
+    if (status == PL_SUCCESS)
+        status = edit(editor);
+    if (status != PL_SUCCESS)
+        return status;
+    m_KeptBytes = editor.editedBytes();
+    adoptSections(editor.document(), editor.loadWarnings());
+    m_strKeptText = getClickInfoData();
+    return PL_SUCCESS;
+}
+
+bool CPLSequenceInfo::canEditSectionsInstead(int editStatus)
+{
+    return editStatus == PL_NOTHING_TO_WORK_ON || editStatus == PL_KEY_REPEATED
+        || editStatus == PL_INVALID_ARGUMENT;
 }
 
 int CPLSequenceInfo::getSequenceID(QString* sequenceID) const
@@ -207,6 +261,7 @@ int CPLSequenceInfo::setSequenceID(const QString& sequenceID)
 {
     if (const int status = checkText(sequenceID, CPLSection::TextRole::SectionName))
         return status;
+    dropKeptBytes(); // a header line is not edited in place
     if (CPLSection* section = (*this)[PLConstants::SEQUENCEINFO_KEY])
         return section->setSectionName(sequenceID);
     addNewSection(PLConstants::SEQUENCEINFO_KEY, sequenceID);
@@ -284,7 +339,7 @@ int CPLSequenceInfo::addClickNumber(const QString& clickNumber, int position)
     if (position < -1 || position > clickNumbers.size())
         return PL_OUT_OF_RANGE;
     clickNumbers.insert(position < 0 ? clickNumbers.size() : position, clickNumber);
-    rewriteClickNumbers(clickNumbers);
+    setClickNumbers(clickNumbers);
     return PL_SUCCESS;
 }
 
@@ -296,7 +351,7 @@ int CPLSequenceInfo::removeClickNumber(const QString& clickNumber)
     QStringList clickNumbers;
     getClickNumbers(&clickNumbers);
     clickNumbers.removeAt(position);
-    rewriteClickNumbers(clickNumbers);
+    setClickNumbers(clickNumbers);
     return PL_SUCCESS;
 }
 
@@ -309,8 +364,64 @@ int CPLSequenceInfo::moveClickNumber(int from, int to)
     if (from < 0 || from >= count || to < 0 || to >= count)
         return PL_OUT_OF_RANGE;
     clickNumbers.move(from, to);
-    rewriteClickNumbers(clickNumbers);
+    setClickNumbers(clickNumbers);
     return PL_SUCCESS;
+}
+
+void CPLSequenceInfo::setClickNumbers(const QStringList& clickNumbers)
+{
+    const int count = clickNumbers.size();
+    const int edited = editKeptBytes([&](CPLFileEditor& editor) {
+        const CPLSection* section = editor.document()[PLConstants::SEQUENCEINFO_KEY];
+        if (!section)
+            return PL_SECTION_NOT_PRESENT;
+        QStringList keys;
+        section->getKeyList(&keys);
+        QSet<QString> seen;
+        QSet<int> written;
+        int status = PL_SUCCESS;
+        const auto set = [&](const QString& key, const QString& value) {
+            if (status == PL_SUCCESS)
+                status = editor.setValue(PLConstants::SEQUENCEINFO_KEY, key, value);
+        };
+        const auto remove = [&](const QString& key) {
+            if (status == PL_SUCCESS)
+                status = editor.removeKey(PLConstants::SEQUENCEINFO_KEY, key);
+        };
+        const auto add = [&](const QString& key, const QString& value) {
+            if (status == PL_SUCCESS)
+                status = editor.addKeyValue(PLConstants::SEQUENCEINFO_KEY, key, value);
+        };
+        for (const QString& key : qAsConst(keys)) {
+            if (seen.contains(key.toLower()))
+                continue;
+            seen.insert(key.toLower());
+            const int number = clickLineNumber(key);
+            if (number > 0 && number <= count
+                && isSameKey(key, CLICK_LINE_PREFIX + QString::number(number))) {
+                set(key, clickNumbers.at(number - 1));
+                written.insert(number);
+            } else if (number > 0) {
+                remove(key);
+            } else if (isSameKey(key, PLConstants::CLICKNUMBER_IN_SEQUENCE_KEY)) {
+                count > 0 ? set(key, QString::number(count)) : remove(key);
+            } else if (isSameKey(key, PLConstants::SEQUENCEINFO_CLICK_NUMBERS_KEY)) {
+                count > 0 ? remove(key) : set(key, PLConstants::EMPTY_SEQUENCE_KEY);
+            }
+        }
+        if (count > 0 && !seen.contains(PLConstants::CLICKNUMBER_IN_SEQUENCE_KEY.toLower()))
+            add(PLConstants::CLICKNUMBER_IN_SEQUENCE_KEY, QString::number(count));
+        for (int number = 1; number <= count; ++number)
+            if (!written.contains(number))
+                add(CLICK_LINE_PREFIX + QString::number(number), clickNumbers.at(number - 1));
+        if (count == 0 && !seen.contains(PLConstants::SEQUENCEINFO_CLICK_NUMBERS_KEY.toLower()))
+            add(PLConstants::SEQUENCEINFO_CLICK_NUMBERS_KEY, PLConstants::EMPTY_SEQUENCE_KEY);
+        return status;
+    });
+    if (edited == PL_SUCCESS)
+        return;
+    rewriteClickNumbers(clickNumbers);
+    dropKeptBytes();
 }
 
 void CPLSequenceInfo::rewriteClickNumbers(const QStringList& clickNumbers)
@@ -354,13 +465,22 @@ int CPLSequenceInfo::setUserInputValue(const QString& label, const QString& valu
 {
     if (CPLSection::breaksFile(value, CPLSection::TextRole::Value))
         return PL_INVALID_ARGUMENT;
-    return setValue(PLConstants::SEQUENCEINFO_USERINPUT_KEY, label, value);
+    const int edited = editKeptBytes([&](CPLFileEditor& editor) {
+        return editor.setValue(PLConstants::SEQUENCEINFO_USERINPUT_KEY, label, value);
+    });
+    if (!canEditSectionsInstead(edited))
+        return edited;
+    const int status = setValue(PLConstants::SEQUENCEINFO_USERINPUT_KEY, label, value);
+    if (status == PL_SUCCESS)
+        dropKeptBytes();
+    return status;
 }
 
 int CPLSequenceInfo::setUserInput(const QString& labelSetName, const LabelValues& labelsAndValues)
 {
     if (const int status = checkUserInput(labelSetName, labelsAndValues))
         return status;
+    dropKeptBytes();
     auto userInput
         = std::make_unique<CPLSection>(PLConstants::SEQUENCEINFO_USERINPUT_KEY, labelSetName);
     auto labelSet = std::make_unique<CPLSection>(PLConstants::SEQUENCEINFO_USER_LABEL_NAME_SET_KEY,
@@ -412,11 +532,22 @@ int CPLSequenceInfo::setRestoreResult(const QString& key, const QString& value)
     if (CPLSection::textFault(key, CPLSection::TextRole::Key) != CPLSection::TextFault::None
         || CPLSection::breaksFile(value, CPLSection::TextRole::Value))
         return PL_INVALID_ARGUMENT;
+    const int edited = editKeptBytes([&](CPLFileEditor& editor) {
+        const int status = editor.setValue(PLConstants::RESTORE_RESULTS_SECTION_KEY, key, value);
+        return status == PL_SECTION_NOT_PRESENT || status == PL_KEY_NOT_FOUND
+            ? editor.addKeyValue(PLConstants::RESTORE_RESULTS_SECTION_KEY, key, value)
+            : status;
+    });
+    if (!canEditSectionsInstead(edited))
+        return edited;
     CPLSection* section = (*this)[PLConstants::RESTORE_RESULTS_SECTION_KEY];
     if (!section)
         section = addNewSection(PLConstants::RESTORE_RESULTS_SECTION_KEY,
                                 PLConstants::RESTORE_RESULTS_SECTION_VALUE);
-    return section->addKeyValue(key, value);
+    const int status = section->addKeyValue(key, value);
+    if (status == PL_SUCCESS)
+        dropKeptBytes();
+    return status;
 }
 
 int CPLSequenceInfo::removeRestoreResult(const QString& key)
@@ -428,6 +559,12 @@ int CPLSequenceInfo::removeRestoreResult(const QString& key)
     if (key.isEmpty() || CPLSection::isCommentKey(key)
         || section->getRawValue(key, &value) != PL_SUCCESS)
         return PL_KEY_NOT_FOUND;
+    const int edited = editKeptBytes([&](CPLFileEditor& editor) {
+        return editor.removeKey(PLConstants::RESTORE_RESULTS_SECTION_KEY, key);
+    });
+    if (!canEditSectionsInstead(edited))
+        return edited;
+    dropKeptBytes();
     replaceSection(sectionWith(*section, QString(),
                                [&](const QString& entryKey) { return isSameKey(entryKey, key); }));
     return PL_SUCCESS;

@@ -4,10 +4,15 @@
 #include "PLClickInfo.h"
 #include "ovparser_global.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QPair>
 #include <QString>
 #include <QStringList>
+
+#include <functional>
+
+class CPLFileEditor;
 
 // What CPLSequenceInfo::verify() found in a sequence folder. Each list is in sequence order
 // (click numbers) or in name order (unlisted folders).
@@ -74,11 +79,23 @@ struct OVPARSER_EXPORT CPLSequenceCheck
 // "ClickNumber <n>" key lists its click once, with the value of its last line) and sections of
 // its own, which are kept; what it holds that a save does not write back is in
 // getLoadWarnings(). A file this class wrote, and any file that loads without warnings, saves
-// back to the same bytes: a save writes each section as loaded. An edit of the click numbers
-// rewrites the sequence section as shown above: the count, the click lines numbered from 1 in
-// order (inline comments of the old click lines are not kept), then the section's other lines
-// as they were; a line that would no longer read as it did (a key beginning with "***", which
-// a load warns of) is kept as a comment.
+// back to the same bytes. A document loaded from a file keeps the file's bytes and edits them
+// in place (CPLFileEditor), so that a save writes every other byte as it stood (CR LF line
+// ends, blank lines, free text, comments): an edit of the click numbers changes only the count
+// and the click lines ("ClickNumber <n>" lines whose n is still listed get their new click
+// number, with any inline comment kept; the others are removed; new ones are added at the end
+// of the section); a user input value or a restore result changes its own line (a new restore
+// result is added at the end of its section). An edit the file's bytes cannot take in place (a
+// click line or label written twice, a new ID, a new user input with setUserInput(), the
+// document made with createFromAcquisitions() or changed through the CPLClickInfo functions)
+// makes the next save write the whole file in the form shown above: the sequence section with
+// the count, the click lines numbered from 1 in order (inline comments of the old click lines
+// not kept), then the section's other lines as they were; a line that would no longer read as
+// it did (a key beginning with "***", which a load warns of) is kept as a comment. A save over
+// the file loaded has the checks of CPLClickInfo::saveClickInfo(): it refuses to overwrite a
+// change made to the file since (PL_FILE_CHANGED), and, when it writes the whole file, to drop
+// what the load did not take in (PL_LOAD_INCOMPLETE: a click line repeated with another
+// value, say).
 //
 // Click numbers are matched exactly, as folder names are. A click number, ID, label or value
 // must stand in its line as given (no line break, no "#", no blanks at either end, Latin-1;
@@ -185,9 +202,31 @@ public:
     // whole click number when it has none or the "_" comes first.
     static QString defaultSequenceID(const QString& firstClickNumber);
 
+    // Empties the document and forgets the file's bytes.
+    void clearData() override;
+
 private:
     // Writes the sequence section again with these click numbers, keeping its other lines.
     void rewriteClickNumbers(const QStringList& clickNumbers);
+    // Makes these the click numbers: in the file's bytes where they are kept and can take the
+    // edit, else by rewriting the section.
+    void setClickNumbers(const QStringList& clickNumbers);
+    // Runs `edit` on the file's bytes kept (CPLFileEditor) and takes what they load as then.
+    // Returns the editor's status; PL_NOTHING_TO_WORK_ON when no bytes are kept. Nothing
+    // changes on failure.
+    int editKeptBytes(const std::function<int(CPLFileEditor&)>& edit);
+    // Whether a failed edit of the kept bytes is one that the sections can still take (the
+    // next save then writes the whole file): the bytes are not kept, or the editor refused a
+    // line it cannot edit alone (a repeated key).
+    static bool canEditSectionsInstead(int editStatus);
+    void dropKeptBytes();
+
+    // The file's bytes, as edited in place since the load, while m_bKeepsBytes; the text of
+    // the sections they loaded as, to tell a change made through CPLClickInfo.
+    QByteArray m_KeptBytes;
+    QString m_strKeptText;
+    QString m_strKeptPath;
+    bool m_bKeepsBytes = false;
 };
 
 #endif // PLSEQUENCEINFO_H

@@ -53,6 +53,9 @@ QString getStatusText(int status)
         return QStringLiteral("the key stands on more than one line of its section");
     case PL_FILE_CHANGED:
         return QStringLiteral("the file was changed by someone else since it was read");
+    case PL_LOAD_INCOMPLETE:
+        return QStringLiteral("the document did not load all the file holds, and a save over it "
+                              "would lose the rest");
     case PL_NO_BACKGROUND_FITS:
         return QStringLiteral("no background of the library fits the acquisition");
     case PL_CLICK_ALREADY_LISTED:

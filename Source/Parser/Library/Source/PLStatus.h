@@ -60,6 +60,12 @@ constexpr int PL_FOLDER_NOT_CLICK_NUMBER = 71;
 // The file was changed by someone else since it was read: a save would lose that change, so
 // it is refused and the file left as it stands (CPLOptPropInfo::save()).
 constexpr int PL_FILE_CHANGED = 76;
+// The document did not take in everything the file it was loaded from holds (a NUL byte ends
+// the text, a section repeats an earlier one's key, a key stands on two lines with different
+// values, a DICOM metadata copy was cut off, the load stopped at a malformed line): a save over
+// that file would drop what was not loaded, so it is refused and the file left as it stands.
+// Saving to another file is allowed.
+constexpr int PL_LOAD_INCOMPLETE = 77;
 
 // The largest file the library loads as a document or XML file, 256 MiB: far above any
 // metadata or configuration file, and low enough that the text of a load (two bytes per
