@@ -295,20 +295,22 @@ void CPLClickInfo::rememberLoadedFile(const QString& filePath, const struct stat
 {
     auto loaded = std::make_unique<LoadedFile>();
     loaded->stamp = PLFile::Stamp::ofRead(filePath, status, bytes);
-    loaded->losses = lossesOfLoad(loadStatus);
+    loaded->losses = lossesOfLoad(loadStatus, filePath);
     m_pLoadedFile = std::move(loaded);
 }
 
-QStringList CPLClickInfo::lossesOfLoad(int loadStatus) const
+QStringList CPLClickInfo::lossesOfLoad(int loadStatus, const QString& filePath) const
 {
     QStringList losses;
     if (loadStatus != PL_SUCCESS)
         losses.append(m_iLastErrorLine > 0
-                          ? QStringLiteral("line %1: the load stopped here (%2); the sections "
-                                           "from here on were not loaded")
+                          ? QStringLiteral("%1:%2: the load stopped here (%3); the sections from "
+                                           "here on were not loaded")
+                                .arg(filePath)
                                 .arg(m_iLastErrorLine)
                                 .arg(getStatusText(loadStatus))
-                          : QStringLiteral("the load failed (%1)").arg(getStatusText(loadStatus)));
+                          : QStringLiteral("%1: the load failed (%2)")
+                                .arg(filePath, getStatusText(loadStatus)));
     for (const CPLLoadWarning& warning : loadWarnings()) {
         switch (warning.kind()) {
         case CPLLoadWarning::NulByte:

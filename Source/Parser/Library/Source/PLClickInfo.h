@@ -331,8 +331,9 @@ private:
     // read, after a load of it that returned `loadStatus`.
     void rememberLoadedFile(const QString& filePath, const struct stat& status,
                             const QByteArray& bytes, int loadStatus);
-    // What getLoadIncompleteReason() gives after a load that returned `loadStatus`.
-    QStringList lossesOfLoad(int loadStatus) const;
+    // What getLoadIncompleteReason() gives after a load of `filePath` that returned
+    // `loadStatus`.
+    QStringList lossesOfLoad(int loadStatus, const QString& filePath) const;
     // The first section key, name, key, value or comment line that cannot be written and read
     // back the same, in words naming its section; empty when there is none.
     QString unwritableEntry() const;
