@@ -36,7 +36,7 @@ namespace PLFile {
 Stamp Stamp::ofRead(const QString& path, const FileStatus& status, const QByteArray& bytes)
 {
     Stamp stamp;
-    stamp.m_strPath = canonicalPath(path);
+    stamp.m_strPath = QFileInfo(path).absoluteFilePath();
     stamp.m_device = status.st_dev;
     stamp.m_inode = status.st_ino;
     stamp.m_size = status.st_size;
@@ -44,7 +44,7 @@ Stamp Stamp::ofRead(const QString& path, const FileStatus& status, const QByteAr
     timespec now {};
     ::clock_gettime(CLOCK_REALTIME, &now);
     if (nanoseconds(now) - stamp.m_modifiedNs < qint64(RACY_SECONDS) * 1000000000)
-        stamp.m_Digest = digestOf(bytes);
+        stamp.keepContent(bytes);
     return stamp;
 }
 
@@ -54,17 +54,28 @@ Stamp Stamp::ofWritten(const QString& path, const QByteArray& content)
     if (::stat(nativePath(path).constData(), &status) != 0)
         return Stamp();
     Stamp stamp = ofRead(path, status, QByteArray());
-    // Whoever writes the file between the save and this look would pass for the save: the
-    // digest of what the save wrote tells them apart.
-    stamp.m_Digest = content.isEmpty() ? QByteArray() : digestOf(content);
+    // Whoever writes the file between the save and this look would pass for the save: what
+    // the save wrote tells them apart.
+    stamp.m_Content.clear();
+    stamp.m_Digest.clear();
+    if (!content.isEmpty())
+        stamp.keepContent(content);
     return stamp;
+}
+
+void Stamp::keepContent(const QByteArray& bytes)
+{
+    if (bytes.size() <= KEPT_BYTES)
+        m_Content = bytes.isNull() ? QByteArray("") : bytes;
+    else
+        m_Digest = digestOf(bytes);
 }
 
 bool Stamp::names(const QString& path) const
 {
     if (!isValid())
         return false;
-    if (canonicalPath(path) == m_strPath)
+    if (canonicalPath(path) == canonicalPath(m_strPath))
         return true;
     FileStatus status {};
     return ::stat(nativePath(path).constData(), &status) == 0 && status.st_dev == m_device
@@ -78,13 +89,14 @@ int Stamp::check(const QString& path, CPLFileWriter& writer) const
         || now.st_ino != m_inode || now.st_size != m_size
         || nanoseconds(now.st_mtim) != m_modifiedNs)
         return PL_FILE_CHANGED;
-    if (m_Digest.isEmpty())
+    if (m_Content.isNull() && m_Digest.isEmpty())
         return PL_SUCCESS;
     QByteArray current;
     const int status = writer.readCurrent(&current);
     if (status != PL_SUCCESS)
         return status;
-    return digestOf(current) == m_Digest ? PL_SUCCESS : PL_FILE_CHANGED;
+    const bool same = m_Content.isNull() ? digestOf(current) == m_Digest : current == m_Content;
+    return same ? PL_SUCCESS : PL_FILE_CHANGED;
 }
 
 } // namespace PLFile

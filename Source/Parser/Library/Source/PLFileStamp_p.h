@@ -9,9 +9,11 @@
 // save by rename gives the file a new inode, a write in place a new modification time and
 // mostly a new size. Two writes can share a modification time when they fall in the same
 // tick of the file system's clock (a few milliseconds, whole seconds on some file systems),
-// so when the file had been modified less than RACY_SECONDS before it was read, a digest of
-// the bytes read is kept too and compared with the file's bytes under the lock. Owner, mode
-// and access time are not compared: a chmod changes nothing a save would overwrite.
+// so when the file had been modified less than RACY_SECONDS before it was read, the bytes read
+// are kept too (shared with the reader's buffer, not copied; a digest of them for a file over
+// KEPT_BYTES) and compared with the file's bytes under the lock. Owner, mode and access time
+// are not compared: a chmod changes nothing a save would overwrite. Nothing but a clock read
+// is spent at a load of a file modified earlier.
 
 #include "PLFileSystem_p.h"
 
@@ -28,6 +30,8 @@ public:
     // A file modified less than this many seconds before it was read may be changed again
     // within the same tick of its modification time.
     static constexpr int RACY_SECONDS = 2;
+    // The largest file whose bytes are kept as they are rather than as a digest.
+    static constexpr qint64 KEPT_BYTES = 1024 * 1024;
 
     Stamp() = default;
     // The stamp of the file at `path` that was read as `bytes`; `status` is what fstat(2)
@@ -39,6 +43,8 @@ public:
     static Stamp ofWritten(const QString& path, const QByteArray& content);
 
     bool isValid() const { return !m_strPath.isEmpty(); }
+    // The path as given when the file was read.
+    QString path() const { return m_strPath; }
     // Whether `path` names the stamped file: the same file by its canonical path (symbolic
     // links followed), or the same device and inode (another hard link).
     bool names(const QString& path) const;
@@ -48,12 +54,17 @@ public:
     int check(const QString& path, CPLFileWriter& writer) const;
 
 private:
-    QString m_strPath; // canonical
+    // Keeps `bytes`, or their digest when they are large, for check().
+    void keepContent(const QByteArray& bytes);
+
+    QString m_strPath; // absolute
     dev_t m_device = 0;
     ino_t m_inode = 0;
     qint64 m_size = -1;
     qint64 m_modifiedNs = 0;
-    QByteArray m_Digest; // empty unless the modification time cannot tell
+    // Unless the modification time tells: the bytes, or their digest.
+    QByteArray m_Content;
+    QByteArray m_Digest;
 };
 
 } // namespace PLFile
