@@ -623,6 +623,22 @@ TEST_F(ovtoolTest, FormatListsTheWarningsOnStderr)
     EXPECT_EQ(succeed("format|e.txt"), QByteArray());
 }
 
+TEST_F(ovtoolTest, FormatNeverDropsWhatALoadDoesNotTakeIn)
+{
+    const QByteArray files[] = {
+        QByteArray("*** A:\tx\r\nk:\tv\0tail\n\n*** B:\t\r\nq:\t1\n\n\n\n", 38),
+        "*** A:\t\r\nk:\t1\n\n*** a:\t\r\nnote:\tby hand\n\n\n\n",
+        "*** A:\t\r\nk:\t1\nk:\t2\n\n\n\n",
+    };
+    for (const QByteArray& bytes : files) {
+        writeBytes(path("f.txt"), bytes);
+        const Result result = ovtool(args("format|--quiet|f.txt"));
+        EXPECT_EQ(result.exitCode, 7) << bytes.constData();
+        EXPECT_TRUE(result.err.contains("not rewritten")) << result.err.constData();
+        EXPECT_EQ(readBytes(path("f.txt")), bytes);
+    }
+}
+
 TEST_F(ovtoolTest, SetChangesOnlyTheValue)
 {
     // The inline comment of the old value stays; a value with its own "#" replaces it.

@@ -576,6 +576,17 @@ int CPLFileEditor::rewriteCanonical()
     if (const int status = d->usable())
         return status;
     const int status = PL_GUARDED({
+        // The form a save writes holds only what the load took in: a file that holds more
+        // (text after a NUL, a repeated section, a cut DICOM copy...) is not rewritten.
+        QStringList losses = d->document->lossesOfLoad(PL_SUCCESS, d->path);
+        for (const CPLLoadWarning& warning : qAsConst(d->openWarnings))
+            if (warning.kind() == CPLLoadWarning::CutCopy)
+                losses.append(warning.toString());
+        if (!losses.isEmpty())
+            return d->fail(PL_LOAD_INCOMPLETE,
+                           QStringLiteral("not rewritten, since the form a save writes would "
+                                          "lose what a load does not take in: %1")
+                               .arg(losses.join(QLatin1String("; "))));
         const QByteArray canonical = d->document->getClickInfoData().toLatin1();
         return d->edit(0, d->bytes.size(), canonical, QStringLiteral("rewriting"),
                        [](const CPLClickInfo&, const CPLClickInfo&) { return QString(); });

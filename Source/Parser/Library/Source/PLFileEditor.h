@@ -54,7 +54,10 @@ class CPLClickInfo;
 //   "*** <key>:<tab>" with the line end of the file's header lines (CR LF when it has none)
 //   and the key line; the blank lines that end the file stay after it.
 // - removeKey() removes the key's line with its line end.
-// - rewriteCanonical() replaces the whole text by what saving the loaded document writes.
+// - rewriteCanonical() replaces the whole text by what saving the loaded document writes;
+//   it refuses with PL_LOAD_INCOMPLETE, naming each cause, a file that holds what a load does
+//   not take in (CPLClickInfo::getLoadIncompleteReason(): text after a NUL byte, a repeated
+//   section, a key repeated with another value, a cut DICOM copy), which that form would drop.
 //
 // A key that the section holds on more than one line is never edited: the edit returns
 // PL_KEY_REPEATED and errorString() names both lines. Text that cannot stand in the file
