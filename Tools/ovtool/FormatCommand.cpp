@@ -16,10 +16,12 @@ int runFormat(const QStringList& arguments)
     commandLine.addDryRunOption();
     commandLine.setNotes(
         QStringLiteral(
-            "What the warnings name changes: a text line becomes a comment, a key held on\n"
-            "two lines keeps the last value on both, a section that repeats an earlier\n"
-            "section's key and the text after a NUL byte are dropped. \"--dry-run\" shows it\n"
-            "first. A file that gives no warning is left as it is.\n")
+            "What the warnings name changes: a text line becomes a comment, blanks and line\n"
+            "ends take the written form. A file that holds what a load does not take in (the\n"
+            "text after a NUL byte, a section that repeats an earlier section's key, a key\n"
+            "held on two lines with two values, a cut DICOM copy) is not rewritten (exit 7).\n"
+            "\"--dry-run\" shows the change first. A file that gives no warning is left as\n"
+            "it is.\n")
         + editNotes());
     if (const auto done = commandLine.parse(arguments))
         return *done;
