@@ -809,6 +809,17 @@ std::string checkAddRemove(CPLBkgSummaryInfo& library)
     return std::string();
 }
 
+// Whether a load warned of an entry that a save cannot write back as it was read.
+bool holdsUnwritableEntry(const CPLClickInfo& document)
+{
+    const QList<CPLLoadWarning> warnings = document.getLoadWarningList();
+    return std::any_of(warnings.begin(), warnings.end(), [](const CPLLoadWarning& warning) {
+        return warning.kind() == CPLLoadWarning::ShiftedKey
+            || warning.kind() == CPLLoadWarning::KeyLikeHeader
+            || warning.kind() == CPLLoadWarning::CommentKey;
+    });
+}
+
 } // namespace
 
 std::string checkBkg(const uint8_t* data, size_t size)
@@ -835,7 +846,12 @@ std::string checkBkg(const uint8_t* data, size_t size)
         failure = checkAddRemove(library);
     if (!failure.empty())
         return failure;
-    if (library.save(second) != PL_SUCCESS)
+    const int saved = library.save(second);
+    // A save refuses to write an entry that would not read back as it stands (a key cut at a
+    // shifted place, or that would read as a header or a comment line), which a load warns of.
+    if (saved == PL_INVALID_ARGUMENT && holdsUnwritableEntry(library))
+        return std::string();
+    if (saved != PL_SUCCESS)
         return "the library loaded cannot be saved";
     CPLBkgSummaryInfo reloaded;
     if (reloaded.load(second) != PL_SUCCESS)
