@@ -121,4 +121,11 @@ private:
     std::unique_ptr<Private> d;
 };
 
+// Removes the lock files this process holds (the editor's, and those of any save under
+// way), each only while its path still names this process's lock; for a handler of SIGINT,
+// SIGTERM or SIGHUP, which then ends the process. Async-signal-safe: it allocates nothing
+// and calls only lstat(2) and unlink(2). A file written in place at that moment may be
+// left part old, part new.
+OVPARSER_EXPORT void releaseLocksOnSignal() noexcept;
+
 #endif // PLFILEEDITOR_H

@@ -2,11 +2,13 @@
 #define PLFILESYSTEM_P_H
 
 // Internal header, not installed: what the file reader and the save policy share about the
-// system's files: an owned file descriptor, file names in the system's encoding, and the
-// report of a refused system call.
+// system's files: an owned file descriptor, file names in the system's encoding, the report
+// of a refused system call; and the save policy's writing of content (PLFileContent.cpp).
 
 #include <QByteArray>
 #include <QString>
+
+#include <QtGlobal>
 
 #include <sys/stat.h>
 #include <utility>
@@ -62,6 +64,41 @@ QByteArray nativePath(const QString& path);
 // names the file: "PATH: ACTION: REASON", as in "ClickInfo.txt: cannot write: No space left
 // on device".
 QString systemFailure(const QString& path, const char* action, int error);
+
+// The test seam of the save policy (PLFileWriter_p.h): whether OVPARSER_FAIL_SYSCALL names
+// `operation`, alone or for the file `file` ("rename@SLindex.txt"); if so, errno is EIO.
+bool injected(const char* operation, const QString& file = QString());
+
+// Writes all `size` bytes of `data` at `offset`. False with errno set when the system
+// refuses; a write that makes no progress counts as a full disk.
+bool writeAt(int fd, const char* data, qint64 size, qint64 offset);
+
+// Copies the whole of `from`, `size` bytes, into the empty file `to`: as a reflink where the
+// file system shares blocks between files, else inside the kernel, else with read and
+// write. False with errno set when the system refuses.
+bool copyContent(int from, int to, qint64 size);
+
+// Flushes what was written through `fd` as a close would, keeping `fd` (and so its locks)
+// open: on a network file system it is the close that reports a failed write.
+bool flushAsClose(int fd, bool seam);
+
+// How a failure of a step of putContent() is reported.
+struct StepFailure
+{
+    const char* action = nullptr;
+    int error = 0;
+};
+
+// Writes `size` bytes at `offset` of `fd`, makes `offset + size` the file's end, syncs it and
+// flushes it as a close would. The test seam applies when `seam` is set (not to writing old
+// content back). True, or false with *failure telling which step failed.
+bool putContent(int fd, const char* data, qint64 size, qint64 offset, bool seam,
+                StepFailure* failure);
+
+// Gives `to` every extended attribute of `from` (user.*, and the POSIX ACL as
+// "system.posix_acl_access"). False with errno set when one cannot be read or given
+// (EPERM, ENOTSUP...); a file system without extended attributes has none to give.
+bool copyExtendedAttributes(int from, int to);
 
 } // namespace PLFile
 

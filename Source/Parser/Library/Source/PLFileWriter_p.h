@@ -51,7 +51,11 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <QVector>
+
+#include <functional>
 #include <memory>
+#include <vector>
 
 class QIODevice;
 
@@ -60,7 +64,7 @@ class CPLFileWriter
 public:
     enum class Mode {
         Replace, // the new content replaces the file's
-        Append   // the new content is added after the file's (DICOM metadata copies)
+        Append // the new content is added after the file's (DICOM metadata copies)
     };
 
     CPLFileWriter(const QString& path, Mode mode);
@@ -94,9 +98,16 @@ public:
     int commit();
     // Drops what was written and releases the lock; the file is left as it was.
     void cancel();
+    // Commits several opened writers all or nothing (Replace mode): every new file is
+    // written and synced, then each is put in place; a failure puts back the files put in
+    // place before it (their names exchanged back, or their old bytes written back), so that
+    // every file is as it was. Releases every writer. 0 or the first failure's status.
+    static int commitTogether(const std::vector<CPLFileWriter*>& writers);
 
     // Whether the file will be (or was) replaced through a rename, not written in place.
     bool replacesByRename() const;
+    // The file that is written: the path made absolute, its symbolic links followed.
+    QString targetPath() const;
     // The path of the lock file, "<file>.lock" beside the file the path resolves to.
     QString lockPath() const;
     // The last failure in words, naming the file: "ClickInfo.txt: cannot write: No space
@@ -110,16 +121,35 @@ private:
 
 namespace PLFile {
 
+// Called once the file's lock is held and before anything is written: 0 lets the save go
+// on; any other status stops it and is returned, the file untouched.
+using Precondition = std::function<int(CPLFileWriter& writer)>;
+
 // Writes `bytes` as the whole new content of `path` (CPLFileWriter, Replace), waiting up to
 // PL_LOCK_WAIT_MS for a lock. Returns 0 or the status of the first failure.
-int saveFile(const QString& path, const QByteArray& bytes);
+int saveFile(const QString& path, const QByteArray& bytes, const Precondition& precondition = {});
 // saveFile(), but only while the file still holds `expected` (read under the lock, empty for a
 // file that does not exist): PL_FILE_CHANGED, the file untouched, when someone else changed
 // it since the caller read it, so that an edit made of what was read loses no other update.
 int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByteArray& expected);
 // Appends a DICOM metadata copy to `path` (CPLFileWriter, Append), likewise; after a copy cut
 // off within a line, a LF first (PLDicom::copySeparator()), so that the new copy is found.
-int appendDicomCopy(const QString& path, const QByteArray& copy);
+int appendDicomCopy(const QString& path, const QByteArray& copy,
+                    const Precondition& precondition = {});
+
+// One file of saveFiles().
+struct FileSave
+{
+    QString path;
+    QByteArray bytes; // its whole new content
+    Precondition precondition; // checked under its lock, as saveFile() does
+};
+// Saves several files all or nothing: each file's lock is taken (in the order of the files'
+// resolved paths, so that two such saves never wait for each other), each precondition
+// checked, each new content written and synced, and only then are they put in place
+// (CPLFileWriter::commitTogether()). On any failure every file is left as it was. 0 or the
+// first failure's status.
+int saveFiles(const QVector<FileSave>& saves);
 
 } // namespace PLFile
 

@@ -1,0 +1,162 @@
+#include "PLFileSystem_p.h"
+
+#include <QFileInfo>
+#include <QList>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace {
+
+// The largest piece one write or copy call is given.
+constexpr qint64 LARGEST_CALL = qint64(1) << 30;
+
+// Copies `size` bytes from the start of `from` into `to` with read and write, the way that
+// works on every file system.
+bool copyByReading(int from, int to, qint64 size)
+{
+    QByteArray buffer(int(qMin<qint64>(size, 1024 * 1024)), Qt::Uninitialized);
+    for (qint64 done = 0; done < size;) {
+        const ssize_t n
+            = ::pread(from, buffer.data(), size_t(qMin<qint64>(buffer.size(), size - done)), done);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return false;
+        if (n == 0)
+            break; // the file was cut meanwhile: what is left is copied
+        if (!PLFile::writeAt(to, buffer.constData(), n, done))
+            return false;
+        done += n;
+    }
+    return true;
+}
+
+// The names of the extended attributes of `fd`, each ended by a NUL; false with errno set.
+bool attributeNames(int fd, QByteArray* names)
+{
+    for (;;) {
+        const ssize_t size = ::flistxattr(fd, nullptr, 0);
+        if (size < 0)
+            return errno == ENOTSUP; // none where the file system has none
+        names->resize(int(size));
+        const ssize_t got = size == 0 ? 0 : ::flistxattr(fd, names->data(), size_t(size));
+        if (got >= 0) {
+            names->resize(int(got));
+            return true;
+        }
+        if (errno != ERANGE) // grown meanwhile: asked again
+            return false;
+    }
+}
+
+} // namespace
+
+namespace PLFile {
+
+bool injected(const char* operation, const QString& file)
+{
+    if (qEnvironmentVariableIsEmpty("OVPARSER_FAIL_SYSCALL"))
+        return false;
+    const QByteArray forFile
+        = QByteArray(operation) + '@' + QFileInfo(file).fileName().toLocal8Bit();
+    const QList<QByteArray> names = qgetenv("OVPARSER_FAIL_SYSCALL").split(',');
+    for (const QByteArray& name : names) {
+        if (name.trimmed() == operation || (!file.isEmpty() && name.trimmed() == forFile)) {
+            errno = EIO;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool writeAt(int fd, const char* data, qint64 size, qint64 offset)
+{
+    while (size > 0) {
+        const ssize_t n = ::pwrite(fd, data, size_t(qMin(size, LARGEST_CALL)), offset);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            if (n == 0)
+                errno = ENOSPC;
+            return false;
+        }
+        data += n;
+        size -= n;
+        offset += n;
+    }
+    return true;
+}
+
+bool copyContent(int from, int to, qint64 size)
+{
+    if (injected("write")) // the copy is the first write into the new file
+        return false;
+    if (::ioctl(to, FICLONE, from) == 0)
+        return true;
+    loff_t in = 0;
+    loff_t out = 0;
+    while (in < size) {
+        const ssize_t n
+            = ::copy_file_range(from, &in, to, &out, size_t(qMin(size - in, LARGEST_CALL)), 0);
+        if (n < 0 && errno == EINTR)
+            continue;
+        // No copy inside the kernel between these files: copy them by reading.
+        if (n < 0 && in == 0
+            && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP))
+            return copyByReading(from, to, size);
+        if (n < 0)
+            return false;
+        if (n == 0)
+            break;
+    }
+    return true;
+}
+
+bool flushAsClose(int fd, bool seam)
+{
+    Descriptor copy(::dup(fd));
+    const int closed = copy.isValid() ? copy.close() : -1;
+    return !(seam && injected("close")) && closed == 0;
+}
+
+bool putContent(int fd, const char* data, qint64 size, qint64 offset, bool seam,
+                StepFailure* failure)
+{
+    const auto failed = [failure](const char* action) {
+        *failure = { action, errno };
+        return false;
+    };
+    if ((seam && injected("write")) || !writeAt(fd, data, size, offset))
+        return failed("cannot write");
+    if (::ftruncate(fd, offset + size) != 0)
+        return failed("cannot set the file's size");
+    if ((seam && injected("fsync")) || ::fsync(fd) != 0)
+        return failed("cannot sync");
+    if (!flushAsClose(fd, seam))
+        return failed("cannot close");
+    return true;
+}
+
+bool copyExtendedAttributes(int from, int to)
+{
+    QByteArray names;
+    if (!attributeNames(from, &names))
+        return false;
+    for (const QByteArray& name : names.split('\0')) {
+        if (name.isEmpty())
+            continue;
+        const ssize_t size = ::fgetxattr(from, name.constData(), nullptr, 0);
+        QByteArray value(int(qMax<ssize_t>(size, 0)), Qt::Uninitialized);
+        if (size < 0 || ::fgetxattr(from, name.constData(), value.data(), size_t(size)) != size
+            || ::fsetxattr(to, name.constData(), value.constData(), size_t(size), 0) != 0)
+            return false;
+    }
+    return true;
+}
+
+} // namespace PLFile
