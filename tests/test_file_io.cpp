@@ -5,8 +5,8 @@
 #include "PLFileEditor.h"
 #include "PLSection.h"
 #include "PLSpectralWrapper.h"
-#include "PLStatus.h"
 #include "PLXMLReader.h"
+#include "PLStatus.h"
 #include "SaveTestUtil.h"
 #include "TestUtil.h"
 
@@ -415,8 +415,7 @@ rlim_t addressSpaceInUse()
     QFile statm(L1("/proc/self/statm"));
     if (!statm.open(QIODevice::ReadOnly))
         return 0;
-    return rlim_t(statm.readAll().split(' ').value(0).toULongLong())
-        * rlim_t(::sysconf(_SC_PAGESIZE));
+    return rlim_t(statm.readAll().split(' ').value(0).toULongLong()) * rlim_t(::sysconf(_SC_PAGESIZE));
 }
 
 } // namespace
@@ -454,13 +453,11 @@ TEST(AllocationFailure, BecomesAStatusAndTheCriticalMessage)
     }
 
     static QStringList critical;
-    qInstallMessageHandler(
-        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
-            if (type == QtCriticalMsg)
-                critical.append(
-                    QStringLiteral("%1 %2 %3")
-                        .arg(text, QLatin1String(context.file), QLatin1String(context.function)));
-        });
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+        if (type == QtCriticalMsg)
+            critical.append(QStringLiteral("%1 %2 %3").arg(text, QLatin1String(context.file),
+                                                         QLatin1String(context.function)));
+    });
     if (!ADDRESS_SANITIZER) {
         const rlimit limit { addressSpaceInUse() + (100 << 20), RLIM_INFINITY };
         ASSERT_EQ(::setrlimit(RLIMIT_AS, &limit), 0);

@@ -56,8 +56,7 @@ StandardInput readStandardInput()
             continue;
         if (size < 0) {
             input.status = PL_FILE_OPEN_FAILED;
-            input.reason
-                = QLatin1String("cannot read it: ") + QString::fromLocal8Bit(std::strerror(errno));
+            input.reason = QLatin1String("cannot read it: ") + QString::fromLocal8Bit(std::strerror(errno));
             break;
         }
         if (input.bytes.size() + size > PL_MAX_FILE_SIZE)
@@ -115,7 +114,7 @@ Step openStep(const QString& path, int status)
     if (status == PL_SHORT_WRITE)
         return Step::Write;
     return status == PL_FILE_OPEN_FAILED && file.isFile() && file.isReadable() ? Step::Write
-                                                                               : Step::Read;
+                                                                                : Step::Read;
 }
 
 // The editor's report names the file, or for a lock the lock file that another editor holds.

@@ -57,7 +57,7 @@ QString quoted(const QString& text)
 struct KeyLinePlace
 {
     qint64 lineBegin = 0; // where the line begins, blanks included
-    qint64 lineEnd = 0; // its line feed, or the text's end
+    qint64 lineEnd = 0;   // its line feed, or the text's end
     qint64 colon = 0;
     Span value;
 };
@@ -113,9 +113,8 @@ public:
 
 int CPLFileEditor::Private::fail(int status, const QString& what, qint64 textOffset)
 {
-    error = textOffset < 0
-        ? QStringLiteral("%1: %2").arg(path, what)
-        : QStringLiteral("%1:%2: %3").arg(path).arg(lineOf(textOffset)).arg(what);
+    error = textOffset < 0 ? QStringLiteral("%1: %2").arg(path, what)
+                           : QStringLiteral("%1:%2: %3").arg(path).arg(lineOf(textOffset)).arg(what);
     return status;
 }
 
@@ -134,7 +133,8 @@ qint64 CPLFileEditor::Private::textLength() const
 int CPLFileEditor::Private::lineOf(qint64 textOffset) const
 {
     const QChar* begin = text();
-    return decoded->linesBefore() + 1 + int(PLText::count(begin, begin + textOffset, '\n'));
+    return decoded->linesBefore() + 1
+        + int(PLText::count(begin, begin + textOffset, '\n'));
 }
 
 int CPLFileEditor::Private::open(bool lock, int waitMilliseconds)
@@ -266,12 +266,11 @@ int CPLFileEditor::Private::findOneKey(const QString& sectionKey, const QString&
     qint64 header = 0;
     Span body;
     if (!findSection(sectionKey, &header, &body))
-        return fail(PL_SECTION_NOT_PRESENT,
-                    QStringLiteral("no section %1").arg(quoted(sectionKey)));
+        return fail(PL_SECTION_NOT_PRESENT, QStringLiteral("no section %1").arg(quoted(sectionKey)));
     const QVector<KeyLinePlace> lines = findKey(body, key);
     if (lines.isEmpty())
-        return fail(PL_KEY_NOT_FOUND,
-                    QStringLiteral("section %1 has no key %2").arg(quoted(sectionKey), quoted(key)),
+        return fail(PL_KEY_NOT_FOUND, QStringLiteral("section %1 has no key %2")
+                                          .arg(quoted(sectionKey), quoted(key)),
                     header);
     if (lines.size() > 1)
         return fail(PL_KEY_REPEATED,
@@ -380,8 +379,7 @@ QString changedElsewhere(const CPLClickInfo& before, const CPLClickInfo& after,
     const CPLSection* old = before[edited];
     const CPLSection* now = after[edited];
     if (old && (!now || otherLines(*old, key) != otherLines(*now, key)))
-        return QStringLiteral("would change how other lines of section %1 read")
-            .arg(quoted(edited));
+        return QStringLiteral("would change how other lines of section %1 read").arg(quoted(edited));
     return QString();
 }
 
@@ -462,8 +460,9 @@ int CPLFileEditor::setValue(const QString& sectionKey, const QString& key, const
     if (const int status = d->findOneKey(sectionKey, key, &place))
         return status;
 
-    const QString stored = PLGrammar::valueKeepingComment(
-        QStringView(place.value.begin, place.value.end), value.trimmed());
+    const QString stored
+        = PLGrammar::valueKeepingComment(QStringView(place.value.begin, place.value.end),
+                                         value.trimmed());
     const QChar* data = d->text();
     qint64 from = d->bytesAt(place.value.begin);
     qint64 to = d->bytesAt(place.value.end);
@@ -491,9 +490,9 @@ int CPLFileEditor::addKeyValue(const QString& sectionKey, const QString& key, co
         return status;
     if (key.isEmpty() || sectionKey.isEmpty())
         return d->fail(PL_EMPTY_KEY, QStringLiteral("an empty key or section key cannot be added"));
-    for (const QString& why :
-         { refusal(key, CPLSection::TextRole::Key), refusal(value, CPLSection::TextRole::Value),
-           refusal(sectionKey, CPLSection::TextRole::SectionKey) }) {
+    for (const QString& why : { refusal(key, CPLSection::TextRole::Key),
+                                refusal(value, CPLSection::TextRole::Value),
+                                refusal(sectionKey, CPLSection::TextRole::SectionKey) }) {
         if (!why.isEmpty())
             return d->fail(PL_INVALID_ARGUMENT, why);
     }
@@ -510,9 +509,8 @@ int CPLFileEditor::addKeyValue(const QString& sectionKey, const QString& key, co
     Span body;
     if (d->findSection(sectionKey, &header, &body)) {
         if (!d->findKey(body, key).isEmpty())
-            return d->fail(PL_INVALID_ARGUMENT,
-                           QStringLiteral("section %1 already has key %2")
-                               .arg(quoted(sectionKey), quoted(key)),
+            return d->fail(PL_INVALID_ARGUMENT, QStringLiteral("section %1 already has key %2")
+                                                    .arg(quoted(sectionKey), quoted(key)),
                            header);
         // After the section's last line (its header when it has none), with its line end.
         const QChar* textEnd = d->text() + d->textLength();
