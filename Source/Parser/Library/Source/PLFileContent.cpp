@@ -92,9 +92,9 @@ bool writeAt(int fd, const char* data, qint64 size, qint64 offset)
     return true;
 }
 
-bool copyContent(int from, int to, qint64 size)
+bool copyContent(int from, int to, qint64 size, const QString& seam)
 {
-    if (injected("write")) // the copy is the first write into the new file
+    if (injected("write", seam)) // the copy is the first write into the new file
         return false;
     if (::ioctl(to, FICLONE, from) == 0)
         return true;
@@ -117,25 +117,25 @@ bool copyContent(int from, int to, qint64 size)
     return true;
 }
 
-bool flushAsClose(int fd, bool seam)
+bool flushAsClose(int fd, const QString* seam)
 {
     Descriptor copy(::dup(fd));
     const int closed = copy.isValid() ? copy.close() : -1;
-    return !(seam && injected("close")) && closed == 0;
+    return !(seam && injected("close", *seam)) && closed == 0;
 }
 
-bool putContent(int fd, const char* data, qint64 size, qint64 offset, bool seam,
+bool putContent(int fd, const char* data, qint64 size, qint64 offset, const QString* seam,
                 StepFailure* failure)
 {
     const auto failed = [failure](const char* action) {
         *failure = { action, errno };
         return false;
     };
-    if ((seam && injected("write")) || !writeAt(fd, data, size, offset))
+    if ((seam && injected("write", *seam)) || !writeAt(fd, data, size, offset))
         return failed("cannot write");
     if (::ftruncate(fd, offset + size) != 0)
         return failed("cannot set the file's size");
-    if ((seam && injected("fsync")) || ::fsync(fd) != 0)
+    if ((seam && injected("fsync", *seam)) || ::fsync(fd) != 0)
         return failed("cannot sync");
     if (!flushAsClose(fd, seam))
         return failed("cannot close");

@@ -69,7 +69,7 @@ bool namesFile(const QByteArray& name, int fd)
 LockTry tryLockFile(const QByteArray& name, mode_t mode, int* fd, bool* tookOver)
 {
     Descriptor created(
-        ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
+        ::open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode));
     if (created.isValid()) {
         // Locked or removed by a taker between the create and the flock: lost, not ours
         // to remove; wait for it like any held lock.

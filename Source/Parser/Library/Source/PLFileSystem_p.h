@@ -75,12 +75,14 @@ bool writeAt(int fd, const char* data, qint64 size, qint64 offset);
 
 // Copies the whole of `from`, `size` bytes, into the empty file `to`: as a reflink where the
 // file system shares blocks between files, else inside the kernel, else with read and
-// write. False with errno set when the system refuses.
-bool copyContent(int from, int to, qint64 size);
+// write. False with errno set when the system refuses; the test seam's "write" (for the file
+// `seam`) fails it.
+bool copyContent(int from, int to, qint64 size, const QString& seam);
 
 // Flushes what was written through `fd` as a close would, keeping `fd` (and so its locks)
-// open: on a network file system it is the close that reports a failed write.
-bool flushAsClose(int fd, bool seam);
+// open: on a network file system it is the close that reports a failed write. The test seam
+// applies, for the file *seam, when `seam` is set.
+bool flushAsClose(int fd, const QString* seam);
 
 // How a failure of a step of putContent() is reported.
 struct StepFailure
@@ -90,9 +92,9 @@ struct StepFailure
 };
 
 // Writes `size` bytes at `offset` of `fd`, makes `offset + size` the file's end, syncs it and
-// flushes it as a close would. The test seam applies when `seam` is set (not to writing old
-// content back). True, or false with *failure telling which step failed.
-bool putContent(int fd, const char* data, qint64 size, qint64 offset, bool seam,
+// flushes it as a close would. The test seam applies, for the file *seam, when `seam` is set
+// (not to writing old content back). True, or false with *failure telling which step failed.
+bool putContent(int fd, const char* data, qint64 size, qint64 offset, const QString* seam,
                 StepFailure* failure);
 
 // Gives `to` every extended attribute of `from` (user.*, and the POSIX ACL as

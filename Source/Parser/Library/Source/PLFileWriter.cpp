@@ -78,8 +78,9 @@ QString resolvedTarget(const QString& path)
 class LockFileDevice : public QIODevice
 {
 public:
-    LockFileDevice(int fd, qint64 offset, std::function<void(int)> onFailure)
+    LockFileDevice(int fd, qint64 offset, const QString& file, std::function<void(int)> onFailure)
         : m_fd(fd)
+        , m_file(file)
         , m_offset(offset)
         , m_onFailure(std::move(onFailure))
     {
@@ -93,7 +94,7 @@ protected:
     {
         if (m_failed)
             return -1;
-        if (injected("write") || !PLFile::writeAt(m_fd, data, size, m_offset)) {
+        if (injected("write", m_file) || !PLFile::writeAt(m_fd, data, size, m_offset)) {
             m_failed = true;
             m_onFailure(errno);
             return -1;
@@ -104,6 +105,7 @@ protected:
 
 private:
     int m_fd;
+    QString m_file; // for the test seam
     qint64 m_offset;
     std::function<void(int)> m_onFailure;
     bool m_failed = false;
@@ -438,9 +440,10 @@ int CPLFileWriter::Private::openDevice()
         if (status != PL_SUCCESS)
             return status;
     }
-    device = std::make_unique<LockFileDevice>(lockFile.get(), appendStart, [this](int error) {
-        systemFailure(PL_SHORT_WRITE, path, "cannot write", error);
-    });
+    device
+        = std::make_unique<LockFileDevice>(lockFile.get(), appendStart, target, [this](int error) {
+              systemFailure(PL_SHORT_WRITE, path, "cannot write", error);
+          });
     return PL_SUCCESS;
 }
 
@@ -450,7 +453,7 @@ int CPLFileWriter::Private::cloneIntoLockFile(qint64* size)
     if (::fstat(held.get(), &status) != 0)
         return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open", errno);
     // What was copied is measured, since the file may have changed size meanwhile.
-    if (!PLFile::copyContent(held.get(), lockFile.get(), status.st_size)
+    if (!PLFile::copyContent(held.get(), lockFile.get(), status.st_size, target)
         || ::fstat(lockFile.get(), &status) != 0)
         return systemFailure(PL_SHORT_WRITE, path, "cannot copy", errno);
     *size = status.st_size;
@@ -482,7 +485,7 @@ int CPLFileWriter::Private::prepare()
                              lost);
     if (injected("fsync", target) || ::fsync(lockFile.get()) != 0)
         return systemFailure(PL_SHORT_WRITE, path, "cannot sync", errno);
-    if (!flushAsClose(lockFile.get(), true))
+    if (!flushAsClose(lockFile.get(), &target))
         return systemFailure(PL_SHORT_WRITE, path, "cannot close", errno);
     return PL_SUCCESS;
 }
@@ -566,7 +569,7 @@ int CPLFileWriter::Private::placeInPlaceInstead()
 int CPLFileWriter::Private::writeInPlace()
 {
     StepFailure failure;
-    if (putContent(writeFd(), inPlaceBytes.constData(), inPlaceBytes.size(), oldSize, true,
+    if (putContent(writeFd(), inPlaceBytes.constData(), inPlaceBytes.size(), oldSize, &target,
                    &failure))
         return PL_SUCCESS;
     return restoreInPlace(writeFd(), failure);
@@ -578,7 +581,7 @@ int CPLFileWriter::Private::restoreInPlace(int fd, const StepFailure& cause)
 {
     const int status = systemFailure(PL_SHORT_WRITE, path, cause.action, cause.error);
     StepFailure failure;
-    if (!putContent(fd, oldBytes.constData(), oldBytes.size(), oldSize, false, &failure))
+    if (!putContent(fd, oldBytes.constData(), oldBytes.size(), oldSize, nullptr, &failure))
         qCCritical(lcOvSave,
                    "%s: the old content cannot be written back (%s: %s); the file may "
                    "be cut",
@@ -634,7 +637,7 @@ void CPLFileWriter::Private::revert()
     } else if (!byRename || keepOld) {
         StepFailure failure;
         back = putContent(byRename ? lockFile.get() : writeFd(), oldBytes.constData(),
-                          oldBytes.size(), byRename ? appendStart : oldSize, false, &failure);
+                          oldBytes.size(), byRename ? appendStart : oldSize, nullptr, &failure);
     }
     if (!back) {
         qCCritical(lcOvSave, "%s: the new content is in place, but may not outlast a power cut",
