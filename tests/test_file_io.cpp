@@ -117,8 +117,11 @@ TEST_F(FileIoTest, ASaveKeepsTheOwnerGroupAndModeOfTheFileItReplaces)
     const uid_t owner = root ? 4321 : own.st_uid;
     const gid_t group = root ? 4322 : own.st_gid;
     for (const mode_t mode : { 0444, 0640, 0600, 04755, 02750, 06711 }) {
+        // A user other than root may not write a file of mode 0444 (a save refuses it).
+        if (mode == 0444 && !root)
+            continue;
         const QString file = path("ClickInfo.txt");
-        QFile::remove(file); // a user other than root cannot open the last one, 0444, again
+        QFile::remove(file);
         writeBytes(file, "old");
         ASSERT_EQ(::chown(native(file).constData(), owner, group), 0);
         ASSERT_EQ(::chmod(native(file).constData(), mode), 0);

@@ -51,12 +51,18 @@ int counterOf(const QString& file)
     return value;
 }
 
-// `edits` increments in a child process; it returns how many failed (at most 250).
-pid_t startIncrements(const QString& file, int edits, bool unprivileged)
+// `edits` increments in a child process, begun once the pipe `start` is closed (so that two
+// writers begin at once); it returns how many failed (at most 250).
+pid_t startIncrements(const QString& file, int edits, bool unprivileged, const int start[2])
 {
+    const int readEnd = start[0];
+    const int writeEnd = start[1];
     return startChild(
-        [file, edits] {
+        [=] {
             ::alarm(60); // instead of the usual 10 s: a few hundred synced saves
+            ::close(writeEnd);
+            char byte = 0;
+            while (::read(readEnd, &byte, 1) > 0) { }
             int failed = 0;
             for (int i = 0; i < edits; ++i)
                 failed += increment(file) == PL_SUCCESS ? 0 : 1;
@@ -162,10 +168,14 @@ TEST_F(SaveLocksTest, WritersThatLockInDifferentWaysLoseNoUpdate)
     const int edits = 200;
     const ReadOnlyFolder shared(m_dir);
     writeBytes(shared.file, COUNTER);
+    int start[2];
+    ASSERT_EQ(::pipe(start), 0);
+    const pid_t withLockFile = startIncrements(shared.file, edits, false, start);
+    const pid_t inPlace = startIncrements(shared.file, edits, true, start);
     QElapsedTimer timer;
     timer.start();
-    const pid_t withLockFile = startIncrements(shared.file, edits, false);
-    const pid_t inPlace = startIncrements(shared.file, edits, true);
+    ::close(start[0]);
+    ::close(start[1]);
     EXPECT_EQ(waitChild(withLockFile), 0) << "failed edits";
     EXPECT_EQ(waitChild(inPlace), 0) << "failed edits";
     const int counter = counterOf(shared.file);
