@@ -32,7 +32,7 @@ struct LockRecord
 // at once; past this many, a lock is still held, only not removed by a signal.
 LockRecord g_records[64];
 
-bool sameFile(const struct stat& a, const struct stat& b)
+bool sameFile(const PLFile::FileStatus& a, const PLFile::FileStatus& b)
 {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
@@ -57,13 +57,10 @@ namespace PLFile {
 
 bool namesFile(const QByteArray& name, int fd)
 {
-    struct stat path
-    {
-    };
-    struct stat open
-    {
-    };
-    return ::stat(name.constData(), &path) == 0 && ::fstat(fd, &open) == 0 && sameFile(path, open);
+    PLFile::FileStatus path {};
+    PLFile::FileStatus opened {};
+    return ::stat(name.constData(), &path) == 0 && ::fstat(fd, &opened) == 0
+        && sameFile(path, opened);
 }
 
 LockTry tryLockFile(const QByteArray& name, mode_t mode, int* fd, bool* tookOver)
@@ -73,13 +70,16 @@ LockTry tryLockFile(const QByteArray& name, mode_t mode, int* fd, bool* tookOver
     if (created.isValid()) {
         // Locked or removed by a taker between the create and the flock: lost, not ours
         // to remove; wait for it like any held lock.
-        const LockTry result = lockAndCheck(name, std::move(created), fd, LockTry::Busy);
-        return result == LockTry::Failed ? LockTry::Failed : result;
+        return lockAndCheck(name, std::move(created), fd, LockTry::Busy);
     }
     if (errno != EEXIST)
-        return LockTry::Failed;
-    // A lock file is there: held, or left by a writer that ended if nothing holds it.
-    Descriptor probe(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        return errno == EINTR ? LockTry::Retry : LockTry::Failed;
+    // A lock file is there: held, or left by a writer that ended if nothing holds it. Open
+    // for writing where it may be, as a network file system's locks need.
+    const int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    Descriptor probe(::open(name.constData(), O_RDWR | flags));
+    if (!probe.isValid() && errno == EACCES)
+        probe.reset(::open(name.constData(), O_RDONLY | flags));
     if (!probe.isValid())
         return errno == ENOENT ? LockTry::Retry : LockTry::Busy;
     int stale = -1;
@@ -105,9 +105,7 @@ LockTry tryLockItself(const QByteArray& name, int flags, mode_t mode, int* fd)
 
 int rememberLock(const QByteArray& name, int fd)
 {
-    struct stat status
-    {
-    };
+    PLFile::FileStatus status {};
     if (name.size() >= PATH_MAX || ::fstat(fd, &status) != 0)
         return -1;
     for (int i = 0; i < int(std::size(g_records)); ++i) {
@@ -147,9 +145,7 @@ void releaseLocksOnSignal() noexcept
     for (LockRecord& record : g_records) {
         if (record.state.load() != LockRecord::InUse)
             continue;
-        struct stat status
-        {
-        };
+        PLFile::FileStatus status {};
         if (::lstat(record.name, &status) == 0 && status.st_dev == record.device
             && status.st_ino == record.inode)
             ::unlink(record.name);

@@ -329,7 +329,16 @@ int CPLFileWriter::Private::lockTargetBesideLockFile(const Deadline& deadline)
     const QByteArray name = PLFile::nativePath(target);
     const int status = waitForLock(
         deadline, path,
-        [&](int* fd) { return PLFile::tryLockItself(name, O_RDONLY | O_NONBLOCK, 0, fd); }, &held);
+        [&](int* fd) {
+            PLFile::LockTry result = PLFile::tryLockItself(name, O_RDONLY | O_NONBLOCK, 0, fd);
+            // A file the writer may write but not read; a network file system whose locks
+            // need a descriptor open for writing (EBADF).
+            if (result == PLFile::LockTry::Failed && (errno == EACCES || errno == EBADF))
+                result = PLFile::tryLockItself(
+                    name, (errno == EACCES ? O_WRONLY : O_RDWR) | O_NONBLOCK, 0, fd);
+            return result;
+        },
+        &held);
     if (status == -ENOENT) { // removed meanwhile: a new file
         exists = false;
         return PL_SUCCESS;
