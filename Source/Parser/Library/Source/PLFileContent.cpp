@@ -1,6 +1,7 @@
 #include "PLFileSystem_p.h"
 
 #include <QFileInfo>
+#include <QIODevice>
 #include <QList>
 
 #include <cerrno>
@@ -53,6 +54,45 @@ bool attributeNames(int fd, QByteArray* names)
             return false;
     }
 }
+
+// The lock file writes into the file as a device: each write goes to the file at once (the
+// XML writer's text stream gathers its text first). After the first failure, which is
+// reported through `onFailure`, every write is refused.
+class FileDevice : public QIODevice
+{
+public:
+    FileDevice(int fd, qint64 offset, const QString& file, std::function<void(int)> onFailure)
+        : m_fd(fd)
+        , m_file(file)
+        , m_offset(offset)
+        , m_onFailure(std::move(onFailure))
+    {
+        QIODevice::open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        if (m_failed)
+            return -1;
+        if (PLFile::injected("write", m_file) || !PLFile::writeAt(m_fd, data, size, m_offset)) {
+            m_failed = true;
+            m_onFailure(errno);
+            return -1;
+        }
+        m_offset += size;
+        return size;
+    }
+
+private:
+    int m_fd;
+    QString m_file; // for the test seam
+    qint64 m_offset;
+    std::function<void(int)> m_onFailure;
+    bool m_failed = false;
+};
 
 } // namespace
 
@@ -157,6 +197,12 @@ bool copyExtendedAttributes(int from, int to)
             return false;
     }
     return true;
+}
+
+std::unique_ptr<QIODevice> fileDevice(int fd, qint64 offset, const QString& file,
+                                      std::function<void(int)> onFailure)
+{
+    return std::make_unique<FileDevice>(fd, offset, file, std::move(onFailure));
 }
 
 } // namespace PLFile

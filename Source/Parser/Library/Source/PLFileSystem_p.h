@@ -7,11 +7,14 @@
 
 #include <QByteArray>
 #include <QString>
-
 #include <QtGlobal>
 
+#include <functional>
+#include <memory>
 #include <sys/stat.h>
 #include <utility>
+
+class QIODevice;
 
 namespace PLFile {
 
@@ -96,6 +99,12 @@ struct StepFailure
 // (not to writing old content back). True, or false with *failure telling which step failed.
 bool putContent(int fd, const char* data, qint64 size, qint64 offset, const QString* seam,
                 StepFailure* failure);
+
+// A device that writes each write at once into `fd` from `offset` on (the XML writer's text
+// stream gathers its text first); the test seam applies for `file`. After the first failure,
+// reported through `onFailure` with its errno value, every write is refused.
+std::unique_ptr<QIODevice> fileDevice(int fd, qint64 offset, const QString& file,
+                                      std::function<void(int)> onFailure);
 
 // Gives `to` every extended attribute of `from` (user.*, and the POSIX ACL as
 // "system.posix_acl_access"). False with errno set when one cannot be read or given

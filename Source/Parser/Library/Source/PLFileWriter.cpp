@@ -72,45 +72,6 @@ QString resolvedTarget(const QString& path)
     return QString();
 }
 
-// The lock file writes into the file as a device: each write goes to the file at once (the
-// XML writer's text stream gathers its text first). After the first failure, which is
-// reported through `onFailure`, every write is refused.
-class LockFileDevice : public QIODevice
-{
-public:
-    LockFileDevice(int fd, qint64 offset, const QString& file, std::function<void(int)> onFailure)
-        : m_fd(fd)
-        , m_file(file)
-        , m_offset(offset)
-        , m_onFailure(std::move(onFailure))
-    {
-        QIODevice::open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    }
-    bool isSequential() const override { return true; }
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        if (m_failed)
-            return -1;
-        if (injected("write", m_file) || !PLFile::writeAt(m_fd, data, size, m_offset)) {
-            m_failed = true;
-            m_onFailure(errno);
-            return -1;
-        }
-        m_offset += size;
-        return size;
-    }
-
-private:
-    int m_fd;
-    QString m_file; // for the test seam
-    qint64 m_offset;
-    std::function<void(int)> m_onFailure;
-    bool m_failed = false;
-};
-
 } // namespace
 
 class CPLFileWriter::Private
@@ -449,10 +410,9 @@ int CPLFileWriter::Private::openDevice()
         if (status != PL_SUCCESS)
             return status;
     }
-    device
-        = std::make_unique<LockFileDevice>(lockFile.get(), appendStart, target, [this](int error) {
-              systemFailure(PL_SHORT_WRITE, path, "cannot write", error);
-          });
+    device = PLFile::fileDevice(lockFile.get(), appendStart, target, [this](int error) {
+        systemFailure(PL_SHORT_WRITE, path, "cannot write", error);
+    });
     return PL_SUCCESS;
 }
 
