@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include <limits>
+#include <unistd.h>
 
 namespace {
 
@@ -145,14 +146,16 @@ TEST_F(BkgSummaryTest, ASaveThatFailsAtOneFileLeavesEveryFileAsItWas)
     const struct
     {
         const char* failing; // OVPARSER_FAIL_SYSCALL, or "" for a folder where SLindex.txt stands
+        bool linkedSummary; // the summary has a second link, so it is written in place
         int status;
         const char* reason;
     } cases[] = {
-        { "rename@SLindex.txt", PL_SHORT_WRITE, "Input/output error" }, // after the others
-        { "rename@FLindex.txt", PL_SHORT_WRITE, "Input/output error" },
-        { "fsyncdir@BkgSummary.txt", PL_SHORT_WRITE, "Input/output error" },
-        { "write@FLindex.txt", PL_SHORT_WRITE, "Input/output error" },
-        { "", PL_FILE_OPEN_FAILED, "Is a directory" },
+        { "rename@SLindex.txt", false, PL_SHORT_WRITE, "Input/output error" }, // the last
+        { "rename@SLindex.txt", true, PL_SHORT_WRITE, "Input/output error" },
+        { "rename@FLindex.txt", false, PL_SHORT_WRITE, "Input/output error" },
+        { "fsyncdir@BkgSummary.txt", false, PL_SHORT_WRITE, "Input/output error" },
+        { "write@FLindex.txt", true, PL_SHORT_WRITE, "Input/output error" },
+        { "", false, PL_FILE_OPEN_FAILED, "Is a directory" },
     };
     for (const auto& c : cases) {
         const QTemporaryDir folder;
@@ -162,6 +165,11 @@ TEST_F(BkgSummaryTest, ASaveThatFailsAtOneFileLeavesEveryFileAsItWas)
         if (!*c.failing) {
             ASSERT_TRUE(QFile::remove(folder.filePath(names[2])));
             ASSERT_TRUE(QDir(folder.path()).mkdir(names[2]));
+        }
+        if (c.linkedSummary) {
+            ASSERT_EQ(::link(QFile::encodeName(folder.filePath(names[0])).constData(),
+                             QFile::encodeName(folder.filePath(L1("link"))).constData()),
+                      0);
         }
         QByteArray before[3];
         for (int i = 0; i < 3; ++i)
@@ -175,7 +183,7 @@ TEST_F(BkgSummaryTest, ASaveThatFailsAtOneFileLeavesEveryFileAsItWas)
         EXPECT_EQ(getLastSystemError(), L1(c.reason)) << c.failing;
         for (int i = 0; i < 3; ++i)
             EXPECT_EQ(readBytes(folder.filePath(names[i])), before[i])
-                << c.failing << ' ' << names[i].toStdString();
+                << c.failing << ' ' << c.linkedSummary << ' ' << names[i].toStdString();
         EXPECT_EQ(filesUnder(folder.path()), files) << c.failing;
     }
 }
