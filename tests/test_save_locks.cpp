@@ -14,7 +14,12 @@
 
 #include <QElapsedTimer>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
+#include <future>
+#include <thread>
+
 #include <cstdint>
 #include <cstring>
 #include <iostream>
@@ -183,6 +188,51 @@ TEST_F(SaveLocksTest, WritersThatLockInDifferentWaysLoseNoUpdate)
               << 2 * edits - counter << " lost, " << timer.elapsed() << " ms\n";
     EXPECT_EQ(counter, 2 * edits);
     EXPECT_EQ(namesIn(shared.folder), L1List({ "ClickInfo.txt" }));
+}
+
+// Lock files left without a holder at any moment (as by writers killed between their
+// create and their flock) are taken over, and never let two writers in at once.
+TEST_F(SaveLocksTest, LocksLeftAtAnyMomentNeverLetTwoWritersIn)
+{
+    const int writers = 3;
+    const int edits = 100;
+    const QString file = path("ClickInfo.txt");
+    const QByteArray lock = native(file + L1(".lock"));
+    writeBytes(file, COUNTER);
+    std::atomic<bool> done { false };
+    std::atomic<int> left { 0 };
+    std::thread leaver([&] {
+        while (!done) {
+            const int fd = ::open(lock.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+            if (fd >= 0) {
+                ::close(fd);
+                ++left;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    std::vector<std::future<int>> failed;
+    QElapsedTimer timer;
+    timer.start();
+    for (int w = 0; w < writers; ++w) {
+        failed.push_back(std::async(std::launch::async, [&] {
+            for (int i = 0; i < edits; ++i) {
+                if (increment(file) != PL_SUCCESS)
+                    return edits - i; // the rest is not tried
+            }
+            return 0;
+        }));
+    }
+    for (auto& f : failed)
+        EXPECT_EQ(f.get(), 0) << "edits not made";
+    done = true;
+    leaver.join();
+    const int counter = counterOf(file);
+    std::cout << writers << " writers x " << edits << " edits, " << left
+              << " locks left meanwhile: counter " << counter << ", " << writers * edits - counter
+              << " lost, " << timer.elapsed() << " ms\n";
+    EXPECT_EQ(counter, writers * edits);
+    EXPECT_GT(left, 0);
 }
 
 TEST_F(SaveLocksTest, ANameTooLongForItsLockFileIsSavedInPlace)
