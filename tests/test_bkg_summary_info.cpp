@@ -141,8 +141,9 @@ TEST_F(BkgSummaryTest, WritesTheEntryLayoutAndLoadsItBackToTheSameBytes)
 // after another was put in place, leaves every file byte for byte as it was.
 TEST_F(BkgSummaryTest, ASaveThatFailsAtOneFileLeavesEveryFileAsItWas)
 {
-    const QString names[] = { PLConstants::BKGSUMMARY_TXT_FILENAME, PLConstants::FLINDEX_TXT_FILENAME,
-                              PLConstants::SLINDEX_TXT_FILENAME };
+    const QString names[]
+        = { PLConstants::BKGSUMMARY_TXT_FILENAME, PLConstants::FLINDEX_TXT_FILENAME,
+            PLConstants::SLINDEX_TXT_FILENAME };
     const struct
     {
         const char* failing; // OVPARSER_FAIL_SYSCALL, or "" for a folder where SLindex.txt stands

@@ -631,7 +631,7 @@ void CPLFileWriter::Private::release()
 {
     device.reset();
     const QByteArray name = PLFile::nativePath(lock);
-    // Only while the lock's name still names this writer's file (ours, or the old content).
+    // lockCreated: the lock's name names this writer's file (its lock, or the old content).
     if (lockCreated && ::unlink(name.constData()) != 0)
         qCWarning(lcOvSave, "%s: cannot remove the lock file: %s", qUtf8Printable(lock),
                   std::strerror(errno));
