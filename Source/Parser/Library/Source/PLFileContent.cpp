@@ -37,22 +37,38 @@ bool copyByReading(int from, int to, qint64 size)
     return true;
 }
 
-// The names of the extended attributes of `fd`, each ended by a NUL; false with errno set.
-bool attributeNames(int fd, QByteArray* names)
+// What `get` gives of extended attributes (their names, or a value): asked with no buffer for
+// its size, then with one, and again when it grew meanwhile. False with errno set.
+bool readAttributes(const std::function<ssize_t(char*, size_t)>& get, QByteArray* bytes)
 {
     for (;;) {
-        const ssize_t size = ::flistxattr(fd, nullptr, 0);
+        const ssize_t size = get(nullptr, 0);
         if (size < 0)
-            return errno == ENOTSUP; // none where the file system has none
-        names->resize(int(size));
-        const ssize_t got = size == 0 ? 0 : ::flistxattr(fd, names->data(), size_t(size));
+            return false;
+        bytes->resize(int(size));
+        const ssize_t got = size == 0 ? 0 : get(bytes->data(), size_t(size));
         if (got >= 0) {
-            names->resize(int(got));
+            bytes->resize(int(got));
             return true;
         }
-        if (errno != ERANGE) // grown meanwhile: asked again
+        if (errno != ERANGE)
             return false;
     }
+}
+
+// The names of the extended attributes of `fd`, each ended by a NUL: none where the file
+// system has none.
+bool attributeNames(int fd, QByteArray* names)
+{
+    names->clear();
+    return readAttributes([fd](char* to, size_t size) { return ::flistxattr(fd, to, size); }, names)
+        || errno == ENOTSUP;
+}
+
+bool attributeValue(int fd, const QByteArray& name, QByteArray* value)
+{
+    return readAttributes(
+        [&](char* to, size_t size) { return ::fgetxattr(fd, name.constData(), to, size); }, value);
 }
 
 // The lock file writes into the file as a device: each write goes to the file at once (the
@@ -188,12 +204,15 @@ bool copyExtendedAttributes(int from, int to)
     if (!attributeNames(from, &names))
         return false;
     for (const QByteArray& name : names.split('\0')) {
-        if (name.isEmpty())
+        QByteArray value;
+        if (!name.isEmpty() && !attributeValue(from, name, &value))
+            return false;
+        // One the new file has already (a security label given at its creation) is not set
+        // again, which its writer may not be allowed to do.
+        QByteArray given;
+        if (name.isEmpty() || (attributeValue(to, name, &given) && given == value))
             continue;
-        const ssize_t size = ::fgetxattr(from, name.constData(), nullptr, 0);
-        QByteArray value(int(qMax<ssize_t>(size, 0)), Qt::Uninitialized);
-        if (size < 0 || ::fgetxattr(from, name.constData(), value.data(), size_t(size)) != size
-            || ::fsetxattr(to, name.constData(), value.constData(), size_t(size), 0) != 0)
+        if (::fsetxattr(to, name.constData(), value.constData(), size_t(value.size()), 0) != 0)
             return false;
     }
     return true;

@@ -107,8 +107,9 @@ std::unique_ptr<QIODevice> fileDevice(int fd, qint64 offset, const QString& file
                                       std::function<void(int)> onFailure);
 
 // Gives `to` every extended attribute of `from` (user.*, and the POSIX ACL as
-// "system.posix_acl_access"). False with errno set when one cannot be read or given
-// (EPERM, ENOTSUP...); a file system without extended attributes has none to give.
+// "system.posix_acl_access"); one that `to` holds already with the same value (a security
+// label given at its creation) is left as it is. False with errno set when one cannot be
+// read or given (EPERM, ENOTSUP...); a file system without extended attributes has none.
 bool copyExtendedAttributes(int from, int to);
 
 } // namespace PLFile
