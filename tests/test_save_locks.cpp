@@ -288,6 +288,28 @@ TEST_F(SaveLocksTest, ExtendedAttributesAndTheAclStay)
     }
 }
 
+// An attribute its writer may not give a new file (security.*, for a user other than root)
+// keeps the file, written in place.
+TEST_F(SaveLocksTest, AnAttributeTheWriterCannotGiveIsKeptByAWriteInPlace)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "needs root, to set the attribute and run the writer as another user";
+    const QString folder = path("own");
+    const QString file = folder + L1("/ClickInfo.txt");
+    ASSERT_TRUE(QDir().mkdir(folder));
+    writeBytes(file, "old");
+    for (const QString& name : { folder, file })
+        ASSERT_EQ(::chown(native(name).constData(), NOBODY, NOBODY), 0);
+    if (::setxattr(native(file).constData(), "security.origin", "bench 3", 7, 0) != 0)
+        GTEST_SKIP() << "security.* attributes not kept here: " << std::strerror(errno);
+    const ino_t inode = statOf(file).st_ino;
+    EXPECT_EQ(waitChild(startChild([&] { return save(file); }, true)), PL_SUCCESS);
+    EXPECT_EQ(readBytes(file), m_text);
+    EXPECT_EQ(attribute(file, "security.origin"), "bench 3");
+    EXPECT_EQ(statOf(file).st_ino, inode);
+    EXPECT_EQ(namesIn(folder), L1List({ "ClickInfo.txt" }));
+}
+
 TEST_F(SaveLocksTest, AFileThatIsAMountPointIsWrittenInPlace)
 {
     const QString source = path("source.txt");
