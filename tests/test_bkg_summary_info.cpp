@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include <limits>
+#include <unistd.h>
 
 namespace {
 
@@ -134,6 +135,58 @@ TEST_F(BkgSummaryTest, WritesTheEntryLayoutAndLoadsItBackToTheSameBytes)
     entry.m_strFileName = PLConstants::BACKGROUND_TIF_FILENAME;
     EXPECT_EQ(read, entry);
     EXPECT_EQ(reloaded.getClickInfoData().toLatin1(), kOneEntry);
+}
+
+// The summary and its indexes are saved all or nothing: a failure at any file, before or
+// after another was put in place, leaves every file byte for byte as it was.
+TEST_F(BkgSummaryTest, ASaveThatFailsAtOneFileLeavesEveryFileAsItWas)
+{
+    const QString names[]
+        = { PLConstants::BKGSUMMARY_TXT_FILENAME, PLConstants::FLINDEX_TXT_FILENAME,
+            PLConstants::SLINDEX_TXT_FILENAME };
+    const struct
+    {
+        const char* failing; // OVPARSER_FAIL_SYSCALL, or "" for a folder where SLindex.txt stands
+        bool linkedSummary; // the summary has a second link, so it is written in place
+        int status;
+        const char* reason;
+    } cases[] = {
+        { "rename@SLindex.txt", false, PL_SHORT_WRITE, "Input/output error" }, // the last
+        { "rename@SLindex.txt", true, PL_SHORT_WRITE, "Input/output error" },
+        { "rename@FLindex.txt", false, PL_SHORT_WRITE, "Input/output error" },
+        { "fsyncdir@BkgSummary.txt", false, PL_SHORT_WRITE, "Input/output error" },
+        { "write@FLindex.txt", true, PL_SHORT_WRITE, "Input/output error" },
+        { "", false, PL_FILE_OPEN_FAILED, "Is a directory" },
+    };
+    for (const auto& c : cases) {
+        const QTemporaryDir folder;
+        CPLBkgSummaryInfo library;
+        addTableEntries(library);
+        ASSERT_EQ(library.save(folder.path()), PL_SUCCESS);
+        if (!*c.failing) {
+            ASSERT_TRUE(QFile::remove(folder.filePath(names[2])));
+            ASSERT_TRUE(QDir(folder.path()).mkdir(names[2]));
+        }
+        if (c.linkedSummary) {
+            ASSERT_EQ(::link(QFile::encodeName(folder.filePath(names[0])).constData(),
+                             QFile::encodeName(folder.filePath(L1("link"))).constData()),
+                      0);
+        }
+        QByteArray before[3];
+        for (int i = 0; i < 3; ++i)
+            before[i] = readBytes(folder.filePath(names[i]));
+        const QStringList files = filesUnder(folder.path());
+        ASSERT_EQ(library.removeEntry(L1("SL0001")), PL_SUCCESS); // every file changes
+        ASSERT_EQ(library.removeEntry(L1("FL0001")), PL_SUCCESS);
+        qputenv("OVPARSER_FAIL_SYSCALL", c.failing);
+        EXPECT_EQ(library.save(folder.path()), c.status) << c.failing;
+        qunsetenv("OVPARSER_FAIL_SYSCALL");
+        EXPECT_EQ(getLastSystemError(), L1(c.reason)) << c.failing;
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(readBytes(folder.filePath(names[i])), before[i])
+                << c.failing << ' ' << c.linkedSummary << ' ' << names[i].toStdString();
+        EXPECT_EQ(filesUnder(folder.path()), files) << c.failing;
+    }
 }
 
 TEST_F(BkgSummaryTest, EveryFileOfAFullLibraryRoundTrips)

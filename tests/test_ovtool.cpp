@@ -19,6 +19,9 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -699,8 +702,46 @@ TEST_F(ovtoolTest, ALockedFileWaitsThenFails)
     holder.cancel();
     EXPECT_EQ(result.exitCode, 6);
     EXPECT_EQ(result.err,
-              "ovtool: c.txt: the file is locked by another editor (waited 5 s for it)\n");
+              QByteArray("ovtool: " + path("c.txt.lock").toLocal8Bit()
+                         + ": the file is locked by another editor (waited 5 s for it)\n"));
     EXPECT_EQ(readBytes(path("c.txt")), m_sample);
+}
+
+// A signal that ends an edit waiting for the file (locked itself by another writer, after the
+// edit took the lock file) leaves no lock file behind, and the file as it was.
+TEST_F(ovtoolTest, ASignalEndsAnEditWithoutLeavingItsLock)
+{
+    const QString lock = path("c.txt.lock");
+    for (const int signal : { SIGTERM, SIGINT, SIGHUP }) {
+        const int held = ::open(QFile::encodeName(path("c.txt")).constData(), O_RDWR | O_CLOEXEC);
+        ASSERT_EQ(::flock(held, LOCK_EX), 0);
+        QProcess process;
+        process.setWorkingDirectory(m_dir.path());
+        process.start(L1(OVTOOL_PATH), args("set|c.txt|User Input|User|Ana"));
+        for (int wait = 0; wait < 300 && !QFileInfo::exists(lock); ++wait)
+            ::usleep(10000);
+        EXPECT_TRUE(QFileInfo::exists(lock)) << "the edit took its lock: " << signal;
+        ::kill(pid_t(process.processId()), signal);
+        EXPECT_TRUE(process.waitForFinished(10000));
+        ::close(held);
+        EXPECT_EQ(process.exitStatus(), QProcess::CrashExit) << signal;
+        EXPECT_EQ(process.exitCode(), signal) << "ended by the signal itself";
+        EXPECT_FALSE(QFileInfo::exists(lock)) << signal;
+        EXPECT_EQ(readBytes(path("c.txt")), m_sample) << signal;
+    }
+}
+
+TEST_F(ovtoolTest, AFailedCopyOfADicomFileCannotBeWritten)
+{
+    writeBytes(path("x.dcm"), DICOM_IMAGE + m_sample);
+    const QStringList files = QDir(m_dir.path()).entryList(QDir::Files);
+    // The first write of the save is the copy of the old bytes into the new file.
+    const Result result
+        = ovtool(args("set|x.dcm|User Input|User|Ana"), L1("export OVPARSER_FAIL_SYSCALL=write"));
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_EQ(result.err, "ovtool: x.dcm: cannot copy: Input/output error\n");
+    EXPECT_EQ(readBytes(path("x.dcm")), DICOM_IMAGE + m_sample);
+    EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::Files), files);
 }
 
 // Two editors at once, each setting its own keys: every edit stays, since each reads the

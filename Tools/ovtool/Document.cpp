@@ -110,17 +110,20 @@ int loadFailure(const QString& path, const CPLClickInfo& document, int status)
 Step openStep(const QString& path, int status)
 {
     const QFileInfo file(path);
+    // PL_SHORT_WRITE: the old content of a DICOM file could not be copied for the save.
+    if (status == PL_SHORT_WRITE)
+        return Step::Write;
     return status == PL_FILE_OPEN_FAILED && file.isFile() && file.isReadable() ? Step::Write
                                                                                 : Step::Read;
 }
 
-// The editor's report names the lock file; the user named the file.
-int editorFailure(const QString& path, const CPLFileEditor& editor, int status, Step step)
+// The editor's report names the file, or for a lock the lock file that another editor holds.
+int editorFailure(const CPLFileEditor& editor, int status, Step step)
 {
     if (status == PL_FILE_LOCKED)
-        return fail(ExitLocked, path,
-                    getStatusText(status)
-                        + QStringLiteral(" (waited %1 s for it)").arg(PL_LOCK_WAIT_MS / 1000));
+        return failWith(ExitLocked,
+                        editor.errorString()
+                            + QStringLiteral(" (waited %1 s for it)").arg(PL_LOCK_WAIT_MS / 1000));
     return failWith(exitStatusOf(status, step), withSystemReason(editor.errorString()));
 }
 
@@ -186,16 +189,16 @@ int editFile(const QString& path, bool dryRun, const std::function<int(CPLFileEd
     CPLFileEditor editor(path);
     int status = dryRun ? editor.openWithoutLock() : editor.open();
     if (status != PL_SUCCESS)
-        return editorFailure(path, editor, status, openStep(path, status));
+        return editorFailure(editor, status, openStep(path, status));
     status = edit(editor);
     if (status != PL_SUCCESS)
-        return editorFailure(path, editor, status, Step::Edit);
+        return editorFailure(editor, status, Step::Edit);
     if (dryRun) {
         writeOutputBytes(unifiedDiff(editor.originalBytes(), editor.editedBytes(), path));
         return ExitSuccess;
     }
     status = editor.commit();
-    return status == PL_SUCCESS ? ExitSuccess : editorFailure(path, editor, status, Step::Write);
+    return status == PL_SUCCESS ? ExitSuccess : editorFailure(editor, status, Step::Write);
 }
 
 QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, const QString& key)

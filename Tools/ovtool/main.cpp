@@ -4,6 +4,7 @@
 #include "Commands.h"
 #include "Tool.h"
 
+#include "PLFileEditor.h"
 #include "ParserLibrary.h"
 
 #include <QCoreApplication>
@@ -51,6 +52,24 @@ const Command COMMANDS[] = {
       runSequence },
 };
 
+// Ends the program on SIGINT, SIGTERM or SIGHUP as the signal would, without leaving a lock
+// file that later edits would have to take over.
+extern "C" void endOnSignal(int signal)
+{
+    releaseLocksOnSignal();
+    ::signal(signal, SIG_DFL);
+    ::raise(signal);
+}
+
+void releaseLocksOnSignals()
+{
+    struct sigaction action = {};
+    action.sa_handler = endOnSignal;
+    sigemptyset(&action.sa_mask);
+    for (const int signal : { SIGINT, SIGTERM, SIGHUP })
+        ::sigaction(signal, &action, nullptr);
+}
+
 QString commandsHelp()
 {
     QString text = QStringLiteral("Commands:\n");
@@ -77,6 +96,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("ovtool"));
     // Past a file size limit a write fails, and is reported, instead of ending the program.
     std::signal(SIGXFSZ, SIG_IGN);
+    releaseLocksOnSignals();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

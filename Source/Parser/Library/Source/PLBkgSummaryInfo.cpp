@@ -1,6 +1,8 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLConstants.h"
+#include "PLFileWriter_p.h"
+#include "PLLogging_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
@@ -453,16 +455,21 @@ int CPLBkgSummaryInfo::save(const QString& folder) const
         return PL_NULL_ARGUMENT;
     if (!QFileInfo(folder).isDir())
         return PL_FOLDER_MISSING;
-    int status = saveSummary(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME);
-    QList<sBkgEntry> entries;
-    getEntries(&entries);
-    for (const Family family : { Luminescent, Fluorescent }) {
-        CPLClickInfo index;
-        buildIndex(family, entries, &index);
-        if (status == PL_SUCCESS)
-            status = index.saveClickInfo(indexPath(folder, family));
-    }
-    return status;
+    return PL_GUARDED({
+        // The summary and its two indexes are saved together: all of them, or none.
+        QVector<PLFile::FileSave> saves { { folder + QLatin1Char('/')
+                                                + PLConstants::BKGSUMMARY_TXT_FILENAME,
+                                            getClickInfoData().toLatin1(),
+                                            {} } };
+        QList<sBkgEntry> entries;
+        getEntries(&entries);
+        for (const Family family : { Luminescent, Fluorescent }) {
+            CPLClickInfo index;
+            buildIndex(family, entries, &index);
+            saves.append({ indexPath(folder, family), index.getClickInfoData().toLatin1(), {} });
+        }
+        return PLFile::saveFiles(saves);
+    });
 }
 
 QString CPLBkgSummaryInfo::indexPath(const QString& folder, Family family) const

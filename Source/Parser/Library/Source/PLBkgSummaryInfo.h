@@ -82,7 +82,7 @@ struct OVPARSER_EXPORT sBkgEntry
 //     SL0002:<tab>SL0002/background.tif
 //
 // The summary is the authority; the indexes are derived from it. save() writes the summary
-// and rewrites both indexes; load() reads the summary and compares each index with what the
+// and rewrites both indexes, all three or none; load() reads the summary and compares each index with what the
 // summary gives: an index that is missing, does not load, lists an entry the summary does
 // not hold (or holds in the other family), lacks one, gives another image or another order
 // is reported in getLibraryWarnings(), one line per disagreement, and the load still
@@ -125,9 +125,10 @@ public:
     // exist, else the status of loading BkgSummary.txt (11 when it is missing); index
     // disagreements do not fail the load.
     int load(const QString& folder);
-    // Writes BkgSummary.txt, SLindex.txt and FLindex.txt into `folder`, in that order,
-    // stopping at the first failure, whose status (of saveClickInfo()) is returned. 16 for an
-    // empty path, 62 when the folder does not exist.
+    // Writes BkgSummary.txt, SLindex.txt and FLindex.txt into `folder`, all or nothing: the
+    // three are locked and written first, and only then put in place; on any failure every
+    // file is left byte for byte as it was, and the status of the first failure is returned
+    // (those of saveClickInfo()). 16 for an empty path, 62 when the folder does not exist.
     int save(const QString& folder) const;
 
     // The summary alone, as a file: loadClickInfo() after clearing the document, then the

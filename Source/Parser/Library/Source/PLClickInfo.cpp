@@ -522,7 +522,7 @@ int CPLClickInfo::saveFileBytes(const QString& filePath, const QByteArray& bytes
         PLFile::Precondition unchanged;
         if (overLoaded)
             unchanged = [&](CPLFileWriter& writer) {
-                return m_pLoadedFile->stamp.check(filePath, writer);
+                return m_pLoadedFile->stamp.check(writer);
             };
         const bool dicom = PLFile::isDicomPath(filePath);
         const int status = dicom ? PLFile::appendDicomCopy(filePath, bytes, unchanged)

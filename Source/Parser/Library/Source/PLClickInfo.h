@@ -126,18 +126,22 @@ public:
     // Writes the document: each leading line followed by LF, each section in order (see
     // CPLSection::saveSectionData()), then two LF. A path ending in ".dcm" (in any case) is
     // appended to, so that the metadata follows the image data of a DICOM file; any other
-    // path is replaced as a whole. The file's lock "<file>.lock" is held meanwhile; the new
-    // content replaces the file through it and a rename where that keeps the file what it
-    // was (one link, its owner, group and mode), and is written in place otherwise (a hard
-    // link, a read-only folder); a symbolic link is followed. An append is all or nothing
-    // where the file can be replaced (the old bytes are copied, by reflink where the file
-    // system offers one, the copy appended, the whole renamed into place); where the copy is
-    // appended in place, a copy cut off by a crash is recognised by the next load, which
-    // falls back to the last complete one with a warning. A failed save leaves the old file
-    // intact. Returns 11 when the file or its lock cannot be created or opened, 31 when it
-    // cannot be written completely (a write, sync, close or rename refused: see
-    // getLastSystemError()), 64 for a FIFO, device or socket, 66 when another editor holds
-    // the lock (or left it behind), 65 when memory runs out.
+    // path is replaced as a whole. The file's lock "<file>.lock" is held meanwhile, with a
+    // lock on the file itself (the file alone is locked where no lock file can be created: a
+    // read-only folder, a name too long); a lock file that no process holds, left by an
+    // editor that ended, is taken over with a warning. The new content replaces the file
+    // through the lock file and a rename where that keeps the file what it was (one link, its
+    // owner, group, mode and extended attributes, its ACL among them), and is written in
+    // place otherwise (a hard link, a read-only folder, a file that is a mount point); a
+    // symbolic link is followed. An append is all or nothing where the file can be replaced
+    // (the old bytes are copied, by reflink where the file system offers one, the copy
+    // appended, the whole renamed into place); where the copy is appended in place, a copy
+    // cut off by a crash is recognised by the next load, which falls back to the last
+    // complete one with a warning. A failed save leaves the old file intact. Returns 11 when
+    // the file or its lock cannot be created or opened, or the file may not be written (mode
+    // 0444, say: "Permission denied"), 31 when it cannot be written completely (a write,
+    // sync, close or rename refused: see getLastSystemError()), 64 for a FIFO, device or
+    // socket, 66 when another editor holds the lock, 65 when memory runs out.
     //
     // Over the file the document was loaded from (the same path, a symbolic link to it or
     // another hard link of it), a save first makes sure it loses nothing: it returns 77

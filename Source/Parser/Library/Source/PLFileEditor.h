@@ -68,8 +68,12 @@ class CPLClickInfo;
 // A DICOM file (a path ending in ".dcm", in any case) is edited in its last complete
 // metadata copy, and commit() appends the edited copy, as saveClickInfo() does; the image
 // data and the earlier copies stay. A text file is replaced by the edited bytes through the
-// save policy of every file the library writes (links, owner, group and mode kept; a
-// failed write leaves the old file intact; only a regular file is written).
+// save policy of every file the library writes (links, owner, group, mode and extended
+// attributes kept; a failed write leaves the old file intact; only a regular file is
+// written). The lock is the one every writer of the library honours: "<file>.lock" together
+// with a lock on the file itself, or the file alone where no lock file can be created; a lock
+// file that no process holds any more is taken over. The file is read under the lock, from
+// the file that is locked, so that an edit loses no other writer's update.
 class OVPARSER_EXPORT CPLFileEditor
 {
 public:
@@ -80,8 +84,10 @@ public:
     CPLFileEditor& operator=(const CPLFileEditor&) = delete;
 
     // Takes the lock, waiting up to `waitMilliseconds`, reads the file under it and loads
-    // it. Returns 0; PL_FILE_LOCKED; the statuses of reading a file (11, 63, 64, 65); or the
-    // status of the load (5, 33...), with errorString() naming the file and line.
+    // it. Returns 0; PL_FILE_LOCKED, with errorString() naming the lock that is held; the
+    // statuses of reading a file (11, 63, 64, 65; 11 too for a file that may not be
+    // written); or the status of the load (5, 33...), with errorString() naming the file and
+    // line.
     int open(int waitMilliseconds = PL_LOCK_WAIT_MS);
     // Reads and loads the file without a lock; commit() then refuses (PL_INVALID_ARGUMENT).
     int openWithoutLock();
@@ -123,5 +129,12 @@ private:
     class Private;
     std::unique_ptr<Private> d;
 };
+
+// Removes the lock files this process holds (the editor's, and those of any save under
+// way), each only while its path still names this process's lock; for a handler of SIGINT,
+// SIGTERM or SIGHUP, which then ends the process. Async-signal-safe: it allocates nothing
+// and calls only lstat(2) and unlink(2). A file written in place at that moment may be
+// left part old, part new.
+OVPARSER_EXPORT void releaseLocksOnSignal() noexcept;
 
 #endif // PLFILEEDITOR_H

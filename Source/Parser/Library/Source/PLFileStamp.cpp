@@ -82,10 +82,10 @@ bool Stamp::names(const QString& path) const
         && status.st_ino == m_inode;
 }
 
-int Stamp::check(const QString& path, CPLFileWriter& writer) const
+int Stamp::check(CPLFileWriter& writer) const
 {
     FileStatus now {};
-    if (::stat(nativePath(path).constData(), &now) != 0 || now.st_dev != m_device
+    if (::stat(nativePath(writer.targetPath()).constData(), &now) != 0 || now.st_dev != m_device
         || now.st_ino != m_inode || now.st_size != m_size
         || nanoseconds(now.st_mtim) != m_modifiedNs)
         return PL_FILE_CHANGED;

@@ -48,10 +48,10 @@ public:
     // Whether `path` names the stamped file: the same file by its canonical path (symbolic
     // links followed), or the same device and inode (another hard link).
     bool names(const QString& path) const;
-    // Under the lock `writer` holds on `path`: 0 when the file is as stamped; PL_FILE_CHANGED
-    // when it was changed, replaced or removed since; the status of reading it when the
-    // digest is to be compared and it cannot be read.
-    int check(const QString& path, CPLFileWriter& writer) const;
+    // Under the lock `writer` holds on the file: 0 when the file is as stamped;
+    // PL_FILE_CHANGED when it was changed, replaced or removed since; the status of reading it
+    // when its bytes are to be compared and it cannot be read.
+    int check(CPLFileWriter& writer) const;
 
 private:
     // Keeps `bytes`, or their digest when they are large, for check().

@@ -2,6 +2,7 @@
 
 #include "PLDicomMetadata_p.h"
 
+#include "PLFileLock_p.h"
 #include "PLFileReader_p.h"
 #include "PLFileSystem_p.h"
 #include "PLLogging_p.h"
@@ -15,9 +16,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <functional>
-#include <linux/fs.h>
 #include <sys/file.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -26,6 +25,10 @@ namespace {
 
 using PLFile::Descriptor;
 using PLFile::FileStatus;
+using PLFile::flushAsClose;
+using PLFile::injected;
+using PLFile::putContent;
+using PLFile::StepFailure;
 using Clock = std::chrono::steady_clock;
 
 // A waiting writer looks at a held lock again after this many milliseconds.
@@ -34,25 +37,6 @@ constexpr int LOCK_POLL_MS = 20;
 constexpr int MAX_LINK_HOPS = 40;
 // The mode bits a replacing file must keep: permissions, set-user-ID, set-group-ID, sticky.
 constexpr mode_t MODE_BITS = 07777;
-// The largest piece one write or copy call is given.
-constexpr qint64 LARGEST_CALL = qint64(1) << 30;
-
-// The test seam: whether OVPARSER_FAIL_SYSCALL names `operation`; if so, errno is EIO and
-// the caller fails as if the system had refused it. Read at every call, so that a test can
-// change it between saves; empty costs no allocation.
-bool injected(const char* operation)
-{
-    if (qEnvironmentVariableIsEmpty("OVPARSER_FAIL_SYSCALL"))
-        return false;
-    const QList<QByteArray> names = qgetenv("OVPARSER_FAIL_SYSCALL").split(',');
-    for (const QByteArray& name : names) {
-        if (name.trimmed() == operation) {
-            errno = EIO;
-            return true;
-        }
-    }
-    return false;
-}
 
 // When the time to wait for a lock ends.
 class Deadline
@@ -74,120 +58,6 @@ private:
     Clock::time_point m_end;
 };
 
-// Writes all `size` bytes of `data` at `offset`. False with errno set when the system
-// refuses; a write that makes no progress counts as a full disk.
-bool writeAt(int fd, const char* data, qint64 size, qint64 offset)
-{
-    while (size > 0) {
-        const ssize_t n = ::pwrite(fd, data, size_t(qMin(size, LARGEST_CALL)), offset);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            if (n == 0)
-                errno = ENOSPC;
-            return false;
-        }
-        data += n;
-        size -= n;
-        offset += n;
-    }
-    return true;
-}
-
-// Copies `size` bytes from the start of `from` into `to` with read and write, the way that
-// works on every file system.
-bool copyByReading(int from, int to, qint64 size)
-{
-    QByteArray buffer(int(qMin<qint64>(size, 1024 * 1024)), Qt::Uninitialized);
-    for (qint64 done = 0; done < size;) {
-        const ssize_t n
-            = ::pread(from, buffer.data(), size_t(qMin<qint64>(buffer.size(), size - done)), done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            return false;
-        if (n == 0)
-            break; // the file was cut meanwhile: what is left is copied
-        if (!writeAt(to, buffer.constData(), n, done))
-            return false;
-        done += n;
-    }
-    return true;
-}
-
-// Copies the whole of `from`, `size` bytes, into the empty file `to`: as a reflink where
-// the file system shares blocks between files (nothing is copied), else inside the kernel,
-// else with read and write. False with errno set when the system refuses.
-bool copyContent(int from, int to, qint64 size)
-{
-    if (injected("write")) // the copy is the first write into the new file
-        return false;
-    if (::ioctl(to, FICLONE, from) == 0)
-        return true;
-    loff_t in = 0;
-    loff_t out = 0;
-    while (in < size) {
-        const ssize_t n
-            = ::copy_file_range(from, &in, to, &out, size_t(qMin(size - in, LARGEST_CALL)), 0);
-        if (n < 0 && errno == EINTR)
-            continue;
-        // No copy inside the kernel between these files: copy them by reading.
-        if (n < 0 && in == 0
-            && (errno == EXDEV || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP))
-            return copyByReading(from, to, size);
-        if (n < 0)
-            return false;
-        if (n == 0)
-            break;
-    }
-    return true;
-}
-
-// Flushes what was written through `fd` as a close would, keeping `fd` open (on a network
-// file system it is the close that reports a failed write).
-bool flushAsClose(int fd, bool seam)
-{
-    Descriptor copy(::dup(fd));
-    const int closed = copy.isValid() ? copy.close() : -1;
-    return !(seam && injected("close")) && closed == 0;
-}
-
-// How a failure of a step of putContent() is reported.
-struct StepFailure
-{
-    const char* action = nullptr;
-    int error = 0;
-};
-
-// Writes `size` bytes at `offset` of `fd`, makes `offset + size` the file's end, syncs it and
-// flushes it as a close would. The test seam applies when `seam` is set (not to writing old
-// content back). True, or false with *failure telling which step failed.
-bool putContent(int fd, const char* data, qint64 size, qint64 offset, bool seam,
-                StepFailure* failure)
-{
-    const auto failed = [failure](const char* action) {
-        *failure = { action, errno };
-        return false;
-    };
-    if ((seam && injected("write")) || !writeAt(fd, data, size, offset))
-        return failed("cannot write");
-    if (::ftruncate(fd, offset + size) != 0)
-        return failed("cannot set the file's size");
-    if ((seam && injected("fsync")) || ::fsync(fd) != 0)
-        return failed("cannot sync");
-    if (!flushAsClose(fd, seam))
-        return failed("cannot close");
-    return true;
-}
-
-// `path` quoted for a POSIX shell.
-QString shellQuoted(const QString& path)
-{
-    QString quoted = path;
-    quoted.replace(QLatin1Char('\''), QLatin1String("'\\''"));
-    return QLatin1Char('\'') + quoted + QLatin1Char('\'');
-}
-
 // The file a path leads to: the path itself (made absolute), or the end of its chain of
 // symbolic links, which need not exist yet. Empty for a chain that does not end.
 QString resolvedTarget(const QString& path)
@@ -201,43 +71,6 @@ QString resolvedTarget(const QString& path)
     }
     return QString();
 }
-
-// The lock file writes into the file as a device: each write goes to the file at once (the
-// XML writer's text stream gathers its text first). After the first failure, which is
-// reported through `onFailure`, every write is refused.
-class LockFileDevice : public QIODevice
-{
-public:
-    LockFileDevice(int fd, qint64 offset, std::function<void(int)> onFailure)
-        : m_fd(fd)
-        , m_offset(offset)
-        , m_onFailure(std::move(onFailure))
-    {
-        QIODevice::open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    }
-    bool isSequential() const override { return true; }
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        if (m_failed)
-            return -1;
-        if (injected("write") || !writeAt(m_fd, data, size, m_offset)) {
-            m_failed = true;
-            m_onFailure(errno);
-            return -1;
-        }
-        m_offset += size;
-        return size;
-    }
-
-private:
-    int m_fd;
-    qint64 m_offset;
-    std::function<void(int)> m_onFailure;
-    bool m_failed = false;
-};
 
 } // namespace
 
@@ -253,9 +86,22 @@ public:
     }
 
     int open(int waitMilliseconds);
-    int commit();
+    // Whether what was written may be committed: 0, or the status that stops the commit.
+    int readyToCommit();
+    int commitOne();
+    // The steps of commit(), which a save of several files takes for each file in turn:
+    // everything up to the rename; the rename (or the write in place); the sync of the
+    // folder; and the removal of the old content. revert() undoes place().
+    int prepare();
+    int place();
+    int syncFolder();
+    void finish();
+    void revert();
     // Closes everything and removes the lock file, if this writer made it.
     void release();
+    // The file as it is locked, for reading: the descriptor's name in /proc where there is
+    // one, else the file's path.
+    QString lockedFileName() const;
 
     // Keeps the first failure for errorString() and logs each; returns `status`.
     int fail(int status, const QString& message);
@@ -276,9 +122,19 @@ public:
     bool exists = false;
     FileStatus old {};
     Descriptor lockFile; // the lock file, and the new file when it replaces the file
-    bool lockCreated = false; // the lock file is ours to remove
-    Descriptor file; // the file itself, open for writing in place
+    bool lockCreated = false; // the lock's name names something of ours to remove
+    int lockRecord = -1; // for the signal handler (PLFileLock_p.h)
+    Descriptor held; // the file itself, locked: read-only beside a lock file, else read-write
+    Descriptor file; // the file opened for writing in place beside a lock file
+    bool createdInPlace = false; // a new file this writer created in place
     bool byRename = false;
+    bool exchanged = false; // the rename exchanged the names: the old file is the lock's
+    bool placed = false; // place() succeeded
+    bool committed = false;
+    bool keepOld = false; // keep the old bytes for revert() even where a rename replaces them
+    qint64 appendStart = 0; // Append mode: where the new content begins
+    QByteArray oldBytes; // what revert() writes back, at oldSize (Replace: 0)
+    qint64 oldSize = 0;
     QByteArray inPlaceBytes; // what device() gathers for an in-place write
     std::unique_ptr<QIODevice> device;
 
@@ -286,19 +142,22 @@ private:
     int examineTarget();
     int checkKind();
     int takeLock(const Deadline& deadline);
-    int lockBusy();
+    int lockTargetBesideLockFile(const Deadline& deadline);
     int lockTargetItself(const Deadline& deadline);
+    int waitForLock(const Deadline& deadline, const QString& name,
+                    const std::function<PLFile::LockTry(int*)>& attempt, Descriptor* into);
     int giveOldIdentity();
     bool newFileCanTakeItsPlace(QString* why);
-    int choosePath(const Deadline& deadline);
+    int choosePath();
+    int openForWritingInPlace();
     int openDevice();
     int cloneIntoLockFile(qint64* size);
-    int commitByRename();
-    int putIntoPlace(bool* exchanged);
-    void takeBack(int folder, bool exchanged);
-    int commitInPlace();
-    int restoreInPlace(int fd, const QByteArray& oldBytes, qint64 oldSize,
-                       const StepFailure& cause);
+    int keepOldContent();
+    int putIntoPlace();
+    int placeInPlaceInstead();
+    int writeInPlace();
+    int restoreInPlace(int fd, const StepFailure& cause);
+    int writeFd() const { return file.isValid() ? file.get() : held.get(); }
 };
 
 int CPLFileWriter::Private::fail(int status, const QString& text)
@@ -322,11 +181,8 @@ int CPLFileWriter::Private::open(int waitMilliseconds)
     const Deadline deadline(waitMilliseconds);
     if (status == PL_SUCCESS)
         status = takeLock(deadline);
-    // The file may have been replaced while the lock was awaited: look at it again.
-    if (status == PL_SUCCESS)
-        status = examineTarget();
     if (status == PL_SUCCESS && lockCreated)
-        status = choosePath(deadline);
+        status = choosePath();
     if (status == PL_SUCCESS)
         status = openDevice();
     return status;
@@ -354,76 +210,134 @@ int CPLFileWriter::Private::checkKind()
     return PL_SUCCESS;
 }
 
+// Tries `attempt` until it holds the lock or the time to wait ends; the descriptor goes to
+// *into. `name` is the lock named when the time ends.
+int CPLFileWriter::Private::waitForLock(const Deadline& deadline, const QString& name,
+                                        const std::function<PLFile::LockTry(int*)>& attempt,
+                                        Descriptor* into)
+{
+    for (;;) {
+        int fd = -1;
+        switch (attempt(&fd)) {
+        case PLFile::LockTry::Held:
+            into->reset(fd);
+            return PL_SUCCESS;
+        case PLFile::LockTry::Retry:
+            continue;
+        case PLFile::LockTry::Busy:
+            if (deadline.passed())
+                return fail(PL_FILE_LOCKED,
+                            QStringLiteral("%1: the file is locked by another editor").arg(name));
+            deadline.pause();
+            continue;
+        case PLFile::LockTry::Failed:
+            return -errno;
+        }
+    }
+}
+
 int CPLFileWriter::Private::takeLock(const Deadline& deadline)
 {
     const QByteArray name = PLFile::nativePath(lock);
     // The lock file becomes the file: it is created with the file's permissions (or those of
     // a new file), so that the content is never more open than the file's.
     const mode_t creationMode = exists ? old.st_mode & 0777 : 0666;
-    for (;;) {
-        lockFile.reset(::open(name.constData(),
-                              O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, creationMode));
-        if (lockFile.isValid()) {
-            lockCreated = true;
-            if (::flock(lockFile.get(), LOCK_EX | LOCK_NB) != 0)
-                return systemFailure(PL_FILE_OPEN_FAILED, lock, "cannot lock", errno);
-            return PL_SUCCESS;
-        }
-        const int error = errno;
-        if (error == EEXIST && deadline.passed())
-            return lockBusy();
-        if (error == EEXIST || error == EINTR) {
-            deadline.pause();
-            continue;
-        }
-        // A folder where no file can be created (read-only, or a read-only file system):
-        // the file itself is locked and written in place.
-        if (exists && (error == EACCES || error == EROFS || error == EPERM)) {
-            qCDebug(lcOvSave,
-                    "%s: no lock file can be created beside it (%s); the file itself "
-                    "is locked and written in place",
-                    qUtf8Printable(path), std::strerror(error));
-            return lockTargetItself(deadline);
-        }
-        return systemFailure(PL_FILE_OPEN_FAILED, exists ? lock : path,
-                             exists ? "cannot create the lock file" : "cannot create", error);
+    const int status = waitForLock(
+        deadline, lock,
+        [&](int* fd) {
+            bool tookOver = false;
+            const PLFile::LockTry result = PLFile::tryLockFile(name, creationMode, fd, &tookOver);
+            if (tookOver)
+                qCWarning(lcOvSave,
+                          "%s: a lock left by an editor that ended (no process holds "
+                          "it); taken over",
+                          qUtf8Printable(lock));
+            return result;
+        },
+        &lockFile);
+    if (status == PL_SUCCESS) {
+        lockCreated = true;
+        lockRecord = PLFile::rememberLock(name, lockFile.get());
+        return lockTargetBesideLockFile(deadline);
     }
+    if (status > 0)
+        return status;
+    const int error = -status;
+    // A folder where no file can be created (read-only, or a read-only file system), or a
+    // name too long for ".lock" to be added: the file itself is locked and written in place.
+    if (error == ENAMETOOLONG
+        || (exists && (error == EACCES || error == EROFS || error == EPERM))) {
+        qCDebug(lcOvSave,
+                "%s: no lock file can be created beside it (%s); the file itself "
+                "is locked and written in place",
+                qUtf8Printable(path), std::strerror(error));
+        return lockTargetItself(deadline);
+    }
+    return systemFailure(PL_FILE_OPEN_FAILED, exists ? lock : path,
+                         exists ? "cannot create the lock file" : "cannot create", error);
 }
 
-// The lock file is still there when the time to wait ends: held by another editor, or left
-// by one that ended, when nothing holds it. A lock left behind is reported, never broken:
-// only a person can tell that no editor is still at work on the file.
-int CPLFileWriter::Private::lockBusy()
+// Beside its lock file, a writer also locks the file itself (read-only), so that a writer
+// that locks only the file (one that cannot create the lock file) waits for it, and it for
+// that writer. A writer that may not write the file is refused, as an open for writing
+// would be, though a rename could replace the file.
+int CPLFileWriter::Private::lockTargetBesideLockFile(const Deadline& deadline)
 {
-    const Descriptor probe(::open(PLFile::nativePath(lock).constData(),
-                                  O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    if (probe.isValid() && ::flock(probe.get(), LOCK_EX | LOCK_NB) == 0)
-        return fail(PL_FILE_LOCKED,
-                    QStringLiteral("%1: a lock left by an editor that ended; if no editor is "
-                                   "running, remove it: rm %2")
-                        .arg(lock, shellQuoted(lock)));
-    return fail(PL_FILE_LOCKED,
-                QStringLiteral("%1: the file is locked by another editor").arg(lock));
+    // The file may have been created or replaced while the lock was awaited.
+    const int examined = examineTarget();
+    if (examined != PL_SUCCESS || !exists)
+        return examined;
+    const QByteArray name = PLFile::nativePath(target);
+    const int status = waitForLock(
+        deadline, path,
+        [&](int* fd) {
+            PLFile::LockTry result = PLFile::tryLockItself(name, O_RDONLY | O_NONBLOCK, 0, fd);
+            // A file the writer may write but not read; a network file system whose locks
+            // need a descriptor open for writing (EBADF).
+            if (result == PLFile::LockTry::Failed && (errno == EACCES || errno == EBADF))
+                result = PLFile::tryLockItself(
+                    name, (errno == EACCES ? O_WRONLY : O_RDWR) | O_NONBLOCK, 0, fd);
+            return result;
+        },
+        &held);
+    if (status == -ENOENT) { // removed meanwhile: a new file
+        exists = false;
+        return PL_SUCCESS;
+    }
+    if (status < 0)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open", -status);
+    if (status != PL_SUCCESS)
+        return status;
+    if (::fstat(held.get(), &old) != 0)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open", errno);
+    if (::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open for writing", errno);
+    return checkKind();
 }
 
+// Without a lock file: the file is opened for writing and locked itself; a new file (whose
+// name is too long for a lock file's) is created first.
 int CPLFileWriter::Private::lockTargetItself(const Deadline& deadline)
 {
-    file.reset(
-        ::open(PLFile::nativePath(target).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    if (!file.isValid() || ::fstat(file.get(), &old) != 0)
-        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open for writing", errno);
-    const int kind = checkKind();
-    if (kind != PL_SUCCESS)
-        return kind;
-    while (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR)
-            return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot lock", errno);
-        if (deadline.passed())
-            return fail(PL_FILE_LOCKED,
-                        QStringLiteral("%1: the file is locked by another editor").arg(path));
-        deadline.pause();
+    const QByteArray name = PLFile::nativePath(target);
+    if (!exists) {
+        Descriptor created(
+            ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+        if (!created.isValid() && errno != EEXIST)
+            return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot create", errno);
+        createdInPlace = created.isValid();
     }
-    return PL_SUCCESS;
+    const int status = waitForLock(
+        deadline, path,
+        [&](int* fd) { return PLFile::tryLockItself(name, O_RDWR | O_NONBLOCK, 0, fd); }, &held);
+    if (status < 0)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open for writing", -status);
+    if (status != PL_SUCCESS)
+        return status;
+    if (::fstat(held.get(), &old) != 0)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open for writing", errno);
+    exists = true;
+    return checkKind();
 }
 
 // Gives the lock file the old file's owner, group and mode (set-id bits too), and confirms
@@ -442,28 +356,45 @@ int CPLFileWriter::Private::giveOldIdentity()
 }
 
 // Whether the lock file, renamed over the file, would be the file it replaces: a file with
-// one link, whose owner, group and mode the new file can take.
+// one link, whose owner, group, mode and extended attributes (its ACL among them) the new
+// file can take.
 bool CPLFileWriter::Private::newFileCanTakeItsPlace(QString* why)
 {
     if (old.st_nlink != 1) {
         *why = QStringLiteral("it has %1 links").arg(old.st_nlink);
         return false;
     }
-    const int error = giveOldIdentity();
+    int error = giveOldIdentity();
+    if (error == 0 && !PLFile::copyExtendedAttributes(held.get(), lockFile.get()))
+        error = errno;
     if (error != 0)
-        *why = QStringLiteral("a new file cannot be given its owner, group and mode: %1")
+        *why = QStringLiteral("a new file cannot be given its owner, group, mode and extended "
+                              "attributes: %1")
                    .arg(QString::fromLocal8Bit(std::strerror(error)));
     return error == 0;
 }
 
-int CPLFileWriter::Private::choosePath(const Deadline& deadline)
+int CPLFileWriter::Private::choosePath()
 {
     QString why;
     byRename = !exists || newFileCanTakeItsPlace(&why);
     if (byRename)
         return PL_SUCCESS;
     qCDebug(lcOvSave, "%s: written in place: %s", qUtf8Printable(path), qUtf8Printable(why));
-    return lockTargetItself(deadline);
+    return openForWritingInPlace();
+}
+
+// The locked file, opened again for writing beside its read-only lock.
+int CPLFileWriter::Private::openForWritingInPlace()
+{
+    file.reset(
+        ::open(PLFile::nativePath(target).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    FileStatus status {};
+    if (!file.isValid() || ::fstat(file.get(), &status) != 0)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open for writing", errno);
+    if (status.st_dev != old.st_dev || status.st_ino != old.st_ino)
+        return systemFailure(PL_FILE_OPEN_FAILED, path, "replaced while it was opened", EAGAIN);
+    return PL_SUCCESS;
 }
 
 int CPLFileWriter::Private::openDevice()
@@ -474,13 +405,12 @@ int CPLFileWriter::Private::openDevice()
         device = std::move(buffer);
         return PL_SUCCESS;
     }
-    qint64 start = 0;
     if (mode == Mode::Append && exists) {
-        const int status = cloneIntoLockFile(&start);
+        const int status = cloneIntoLockFile(&appendStart);
         if (status != PL_SUCCESS)
             return status;
     }
-    device = std::make_unique<LockFileDevice>(lockFile.get(), start, [this](int error) {
+    device = PLFile::fileDevice(lockFile.get(), appendStart, target, [this](int error) {
         systemFailure(PL_SHORT_WRITE, path, "cannot write", error);
     });
     return PL_SUCCESS;
@@ -488,140 +418,139 @@ int CPLFileWriter::Private::openDevice()
 
 int CPLFileWriter::Private::cloneIntoLockFile(qint64* size)
 {
-    const Descriptor from(::open(PLFile::nativePath(target).constData(),
-                                 O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     FileStatus status {};
-    if (!from.isValid() || ::fstat(from.get(), &status) != 0)
+    if (::fstat(held.get(), &status) != 0)
         return systemFailure(PL_FILE_OPEN_FAILED, path, "cannot open", errno);
     // What was copied is measured, since the file may have changed size meanwhile.
-    if (!copyContent(from.get(), lockFile.get(), status.st_size)
+    if (!PLFile::copyContent(held.get(), lockFile.get(), status.st_size, target)
         || ::fstat(lockFile.get(), &status) != 0)
         return systemFailure(PL_SHORT_WRITE, path, "cannot copy", errno);
     *size = status.st_size;
     return PL_SUCCESS;
 }
 
-int CPLFileWriter::Private::commit()
+QString CPLFileWriter::Private::lockedFileName() const
 {
-    if (state != State::Open || !device)
-        return firstStatus != PL_SUCCESS ? firstStatus : PL_NOTHING_TO_WORK_ON;
-    device.reset();
-    if (firstStatus != PL_SUCCESS) // a write to device() failed
-        return firstStatus;
-    return byRename ? commitByRename() : commitInPlace();
+    const QString name = QStringLiteral("/proc/self/fd/%1").arg(held.get());
+    return QFileInfo::exists(name) ? name : target;
 }
 
-// The new file is synced and closed, then takes the file's place, and the folder is synced
-// so that the rename lasts. Where the file system can exchange two names, the old file is
-// kept under the lock's name until the folder is synced, so that even that failure leaves
-// the file as it was; elsewhere the rename replaces it at once.
-int CPLFileWriter::Private::commitByRename()
+// Before anything is put in place: the new file synced and flushed (its descriptor kept, so
+// that its lock stays held across the rename), or the old bytes kept for an in-place write.
+int CPLFileWriter::Private::prepare()
 {
+    if (!byRename || keepOld) {
+        const int status = keepOldContent();
+        if (status != PL_SUCCESS)
+            return status;
+    }
+    if (!byRename)
+        return PL_SUCCESS;
     // Writing clears the set-id bits of a file for a writer without the right to keep them:
     // they are given again now that the content is written.
     const int lost = exists ? giveOldIdentity() : 0;
     if (lost != 0)
         return systemFailure(PL_SHORT_WRITE, path, "cannot keep the file's owner, group and mode",
                              lost);
-    if (injected("fsync") || ::fsync(lockFile.get()) != 0)
+    if (injected("fsync", target) || ::fsync(lockFile.get()) != 0)
         return systemFailure(PL_SHORT_WRITE, path, "cannot sync", errno);
-    const int closed = lockFile.close();
-    if (injected("close") || closed != 0)
+    if (!flushAsClose(lockFile.get(), &target))
         return systemFailure(PL_SHORT_WRITE, path, "cannot close", errno);
-
-    const QByteArray folderName = PLFile::nativePath(QFileInfo(target).absolutePath());
-    const Descriptor folder(::open(folderName.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isValid())
-        return systemFailure(PL_SHORT_WRITE, path, "cannot open its folder", errno);
-    bool exchanged = false;
-    const int status = putIntoPlace(&exchanged);
-    if (status != PL_SUCCESS)
-        return status;
-    if (injected("fsyncdir") || ::fsync(folder.get()) != 0) {
-        const int error = errno;
-        takeBack(folder.get(), exchanged);
-        return systemFailure(PL_SHORT_WRITE, path, "cannot sync its folder", error);
-    }
-    if (exchanged && ::unlink(PLFile::nativePath(lock).constData()) != 0)
-        qCWarning(lcOvSave, "%s: cannot remove the old content: %s", qUtf8Printable(lock),
-                  std::strerror(errno));
-    lockCreated = false;
     return PL_SUCCESS;
+}
+
+// The old content, as revert() or a failed in-place write puts it back: the whole file in
+// Replace mode; in Append mode its size, the new content going after it.
+int CPLFileWriter::Private::keepOldContent()
+{
+    if (!exists || createdInPlace)
+        return PL_SUCCESS;
+    if (mode == Mode::Append) {
+        FileStatus status {};
+        if (::fstat(held.get(), &status) != 0)
+            return systemFailure(PL_SHORT_WRITE, path, "cannot write", errno);
+        oldSize = status.st_size;
+        return PL_SUCCESS;
+    }
+    const int status = PLFile::readFile(lockedFileName(), &oldBytes);
+    if (status != PL_SUCCESS)
+        return fail(status,
+                    QStringLiteral("%1: %2; nothing written").arg(path, getStatusText(status)));
+    return PL_SUCCESS;
+}
+
+int CPLFileWriter::Private::place()
+{
+    const int status = byRename ? putIntoPlace() : writeInPlace();
+    placed = status == PL_SUCCESS;
+    return status;
 }
 
 // Renames the lock file over the file: by exchanging the two names where the file exists and
-// the file system can, by a plain rename otherwise.
-int CPLFileWriter::Private::putIntoPlace(bool* exchanged)
+// the file system can, by a plain rename otherwise. Where the file cannot be renamed over
+// (a file that is itself a mount point, or one across file systems), it is written in place.
+int CPLFileWriter::Private::putIntoPlace()
 {
     const QByteArray from = PLFile::nativePath(lock);
     const QByteArray to = PLFile::nativePath(target);
-    if (injected("rename"))
+    if (injected("rename", target))
         return systemFailure(PL_SHORT_WRITE, path, "cannot rename the new file into place", errno);
     if (exists) {
-        *exchanged
+        exchanged
             = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE)
             == 0;
-        if (*exchanged)
+        if (exchanged) {
+            PLFile::lockNowNames(lockRecord, old.st_dev, old.st_ino);
             return PL_SUCCESS;
-        if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
-            return systemFailure(PL_SHORT_WRITE, path, "cannot rename the new file into place",
-                                 errno);
+        }
     }
-    if (::rename(from.constData(), to.constData()) != 0)
-        return systemFailure(PL_SHORT_WRITE, path, "cannot rename the new file into place", errno);
-    lockCreated = false;
-    return PL_SUCCESS;
+    if ((!exists || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)
+        && ::rename(from.constData(), to.constData()) == 0) {
+        lockCreated = false;
+        PLFile::forgetLock(lockRecord);
+        return PL_SUCCESS;
+    }
+    if (exists && (errno == EBUSY || errno == EXDEV))
+        return placeInPlaceInstead();
+    return systemFailure(PL_SHORT_WRITE, path, "cannot rename the new file into place", errno);
 }
 
-// After a failed sync of the folder: the old file back in its place (exchanged back, or a
-// new file taken away again), and the new content under the lock's name, to be removed.
-// Where the old file was replaced by a plain rename, the new content stays.
-void CPLFileWriter::Private::takeBack(int folder, bool exchanged)
+// The new content, written into the lock file, is written in place instead.
+int CPLFileWriter::Private::placeInPlaceInstead()
 {
-    const QByteArray from = PLFile::nativePath(target);
-    const QByteArray to = PLFile::nativePath(lock);
-    const bool back = exchanged
-        ? ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE) == 0
-        : !exists && ::rename(from.constData(), to.constData()) == 0;
-    if (!back) {
-        qCCritical(lcOvSave, "%s: the new content is in place, but may not outlast a power cut",
-                   qUtf8Printable(path));
-        return;
-    }
-    lockCreated = true;
-    ::fsync(folder);
+    qCDebug(lcOvSave, "%s: cannot be renamed over (%s); written in place", qUtf8Printable(path),
+            std::strerror(errno));
+    FileStatus status {};
+    if (::fstat(lockFile.get(), &status) != 0)
+        return systemFailure(PL_SHORT_WRITE, path, "cannot write", errno);
+    inPlaceBytes.resize(int(status.st_size - appendStart));
+    const ssize_t got
+        = ::pread(lockFile.get(), inPlaceBytes.data(), size_t(inPlaceBytes.size()), appendStart);
+    if (got != inPlaceBytes.size())
+        return systemFailure(PL_SHORT_WRITE, path, "cannot write", got < 0 ? errno : EIO);
+    int result = openForWritingInPlace();
+    byRename = false;
+    if (result == PL_SUCCESS && !keepOld)
+        result = keepOldContent();
+    return result == PL_SUCCESS ? writeInPlace() : result;
 }
 
-int CPLFileWriter::Private::commitInPlace()
+int CPLFileWriter::Private::writeInPlace()
 {
-    QByteArray oldBytes;
-    qint64 oldSize = 0;
-    if (mode == Mode::Replace) {
-        const int status = PLFile::readFile(target, &oldBytes);
-        if (status != PL_SUCCESS)
-            return fail(status,
-                        QStringLiteral("%1: %2; nothing written").arg(path, getStatusText(status)));
-    } else {
-        FileStatus status {};
-        if (::fstat(file.get(), &status) != 0)
-            return systemFailure(PL_SHORT_WRITE, path, "cannot write", errno);
-        oldSize = status.st_size;
-    }
     StepFailure failure;
-    if (putContent(file.get(), inPlaceBytes.constData(), inPlaceBytes.size(), oldSize, true,
+    if (putContent(writeFd(), inPlaceBytes.constData(), inPlaceBytes.size(), oldSize, &target,
                    &failure))
         return PL_SUCCESS;
-    return restoreInPlace(file.get(), oldBytes, oldSize, failure);
+    return restoreInPlace(writeFd(), failure);
 }
 
 // Writes the old content back after a failed in-place write (in Append mode: cuts the file
 // back to its old end), then reports the failure.
-int CPLFileWriter::Private::restoreInPlace(int fd, const QByteArray& oldBytes, qint64 oldSize,
-                                           const StepFailure& cause)
+int CPLFileWriter::Private::restoreInPlace(int fd, const StepFailure& cause)
 {
     const int status = systemFailure(PL_SHORT_WRITE, path, cause.action, cause.error);
     StepFailure failure;
-    if (!putContent(fd, oldBytes.constData(), oldBytes.size(), oldSize, false, &failure))
+    if (!putContent(fd, oldBytes.constData(), oldBytes.size(), oldSize, nullptr, &failure))
         qCCritical(lcOvSave,
                    "%s: the old content cannot be written back (%s: %s); the file may "
                    "be cut",
@@ -630,17 +559,105 @@ int CPLFileWriter::Private::restoreInPlace(int fd, const QByteArray& oldBytes, q
     return status;
 }
 
+// The folder synced, so that the rename lasts; on failure the file is put back.
+int CPLFileWriter::Private::syncFolder()
+{
+    if (!byRename)
+        return PL_SUCCESS;
+    const QByteArray folderName = PLFile::nativePath(QFileInfo(target).absolutePath());
+    const Descriptor folder(::open(folderName.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isValid() || injected("fsyncdir", target) || ::fsync(folder.get()) != 0) {
+        const int error = errno;
+        revert();
+        return systemFailure(PL_SHORT_WRITE, path, "cannot sync its folder", error);
+    }
+    return PL_SUCCESS;
+}
+
+// The old content kept under the lock's name by an exchange is removed.
+void CPLFileWriter::Private::finish()
+{
+    committed = true;
+    if (!exchanged)
+        return;
+    if (::unlink(PLFile::nativePath(lock).constData()) != 0)
+        qCWarning(lcOvSave, "%s: cannot remove the old content: %s", qUtf8Printable(lock),
+                  std::strerror(errno));
+    PLFile::forgetLock(lockRecord);
+    lockCreated = false;
+}
+
+// Undoes place(): the names exchanged back, a new file taken away again, or the old bytes
+// written back (kept where a rename replaced the file, or written in place). The new
+// content is left under the lock's name, to be removed.
+void CPLFileWriter::Private::revert()
+{
+    if (!placed)
+        return;
+    placed = false;
+    const QByteArray from = PLFile::nativePath(target);
+    const QByteArray to = PLFile::nativePath(lock);
+    bool back = false;
+    if (byRename && exchanged) {
+        back = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE)
+            == 0;
+    } else if (byRename && !exists) {
+        back = ::rename(from.constData(), to.constData()) == 0;
+    } else if (!byRename || keepOld) {
+        StepFailure failure;
+        back = putContent(byRename ? lockFile.get() : writeFd(), oldBytes.constData(),
+                          oldBytes.size(), byRename ? appendStart : oldSize, nullptr, &failure);
+    }
+    if (!back) {
+        qCCritical(lcOvSave, "%s: the new content is in place, but may not outlast a power cut",
+                   qUtf8Printable(path));
+        return;
+    }
+    if (byRename && (exchanged || !exists)) {
+        lockCreated = true;
+        exchanged = false;
+        FileStatus status {};
+        if (::fstat(lockFile.get(), &status) == 0)
+            PLFile::lockNowNames(lockRecord, status.st_dev, status.st_ino);
+        const Descriptor folder(
+            ::open(PLFile::nativePath(QFileInfo(target).absolutePath()).constData(),
+                   O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (folder.isValid())
+            ::fsync(folder.get());
+    }
+}
+
 void CPLFileWriter::Private::release()
 {
     device.reset();
-    if (lockCreated && ::unlink(PLFile::nativePath(lock).constData()) != 0)
+    const QByteArray name = PLFile::nativePath(lock);
+    // lockCreated: the lock's name names this writer's file (its lock, or the old content).
+    if (lockCreated && ::unlink(name.constData()) != 0)
         qCWarning(lcOvSave, "%s: cannot remove the lock file: %s", qUtf8Printable(lock),
                   std::strerror(errno));
+    PLFile::forgetLock(lockRecord);
+    lockRecord = -1;
     lockCreated = false;
+    if (createdInPlace && !committed && PLFile::namesFile(PLFile::nativePath(target), held.get()))
+        ::unlink(PLFile::nativePath(target).constData());
     lockFile.close();
     file.close();
+    held.close();
     inPlaceBytes.clear();
+    oldBytes.clear();
     state = State::Done;
+}
+
+int CPLFileWriter::Private::commitOne()
+{
+    int status = prepare();
+    if (status == PL_SUCCESS)
+        status = place();
+    if (status == PL_SUCCESS)
+        status = syncFolder();
+    if (status == PL_SUCCESS)
+        finish();
+    return status;
 }
 
 CPLFileWriter::CPLFileWriter(const QString& path, Mode mode)
@@ -668,13 +685,14 @@ int CPLFileWriter::readCurrent(QByteArray* bytes)
 {
     if (!bytes)
         return PL_NULL_ARGUMENT;
-    if (!d->exists) {
+    if (!d->exists || d->createdInPlace) {
         bytes->clear();
         return PL_SUCCESS;
     }
     qint64 offset = 0;
-    return d->mode == Mode::Append ? PLFile::readDicomMetadata(d->target, bytes, &offset)
-                                   : PLFile::readFile(d->target, bytes);
+    const QString locked = d->lockedFileName();
+    return d->mode == Mode::Append ? PLFile::readDicomMetadata(locked, bytes, &offset)
+                                   : PLFile::readFile(locked, bytes);
 }
 
 QIODevice* CPLFileWriter::device()
@@ -690,11 +708,48 @@ int CPLFileWriter::write(const QByteArray& bytes)
     });
 }
 
+int CPLFileWriter::Private::readyToCommit()
+{
+    if (state != State::Open || !device)
+        return firstStatus != PL_SUCCESS ? firstStatus : PL_NOTHING_TO_WORK_ON;
+    device.reset();
+    return firstStatus; // a write to device() failed
+}
+
 int CPLFileWriter::commit()
 {
     return PL_GUARDED({
-        const int status = d->commit();
+        int status = d->readyToCommit();
+        if (status == PL_SUCCESS)
+            status = d->commitOne();
         d->release();
+        return status;
+    });
+}
+
+int CPLFileWriter::commitTogether(const std::vector<CPLFileWriter*>& writers)
+{
+    return PL_GUARDED({
+        int status = PL_SUCCESS;
+        for (CPLFileWriter* writer : writers) {
+            writer->d->keepOld = true;
+            if (status == PL_SUCCESS)
+                status = writer->d->readyToCommit();
+            if (status == PL_SUCCESS)
+                status = writer->d->prepare();
+        }
+        // Every new file is ready: each is put in place, and all are put back on a failure.
+        for (size_t i = 0; i < writers.size() && status == PL_SUCCESS; ++i)
+            status = writers[i]->d->place();
+        for (size_t i = 0; i < writers.size() && status == PL_SUCCESS; ++i)
+            status = writers[i]->d->syncFolder();
+        for (auto writer = writers.rbegin(); writer != writers.rend(); ++writer) {
+            if (status == PL_SUCCESS)
+                (*writer)->d->finish();
+            else
+                (*writer)->d->revert();
+            (*writer)->d->release();
+        }
         return status;
     });
 }
@@ -709,6 +764,11 @@ bool CPLFileWriter::replacesByRename() const
     return d->byRename;
 }
 
+QString CPLFileWriter::targetPath() const
+{
+    return d->target;
+}
+
 QString CPLFileWriter::lockPath() const
 {
     return d->lock;
@@ -718,61 +778,3 @@ QString CPLFileWriter::errorString() const
 {
     return d->message;
 }
-
-namespace {
-
-// Writes what `content` makes of the file's current bytes (read under the lock).
-template<typename Content>
-int writeWhole(const QString& path, CPLFileWriter::Mode mode, Content content,
-               const PLFile::Precondition& precondition)
-{
-    return PL_GUARDED({
-        CPLFileWriter writer(path, mode);
-        int status = writer.open(PL_LOCK_WAIT_MS);
-        if (status == PL_SUCCESS && precondition)
-            status = precondition(writer);
-        if (status == PL_SUCCESS)
-            status = writer.write(content(writer));
-        return status == PL_SUCCESS ? writer.commit() : status;
-    });
-}
-
-} // namespace
-
-namespace PLFile {
-
-int saveFile(const QString& path, const QByteArray& bytes, const Precondition& precondition)
-{
-    return writeWhole(
-        path, CPLFileWriter::Mode::Replace,
-        [&](CPLFileWriter&) -> const QByteArray& { return bytes; }, precondition);
-}
-
-int saveFileIfUnchanged(const QString& path, const QByteArray& bytes, const QByteArray& expected)
-{
-    return PL_GUARDED({
-        CPLFileWriter writer(path, CPLFileWriter::Mode::Replace);
-        QByteArray current;
-        int status = writer.open(PL_LOCK_WAIT_MS);
-        if (status == PL_SUCCESS)
-            status = writer.readCurrent(&current);
-        if (status == PL_SUCCESS && current != expected)
-            status = PL_FILE_CHANGED;
-        if (status == PL_SUCCESS)
-            status = writer.write(bytes);
-        return status == PL_SUCCESS ? writer.commit() : status;
-    });
-}
-
-int appendDicomCopy(const QString& path, const QByteArray& copy, const Precondition& precondition)
-{
-    // The return type is written out: with the string builder, "+" would return a builder
-    // that refers to the lambda's locals.
-    return writeWhole(path, CPLFileWriter::Mode::Append, [&](CPLFileWriter& writer) -> QByteArray {
-        QByteArray metadata;
-        writer.readCurrent(&metadata); // unreadable: no separator, as for a new file
-        return PLDicom::copySeparator(metadata) + copy;
-    }, precondition);
-}
-
-} // namespace PLFile
