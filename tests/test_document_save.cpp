@@ -229,6 +229,19 @@ TEST_F(DocumentSaveTest, EveryDocumentChecksTheFileItWasLoadedFrom)
         EXPECT_EQ(d.loadEditSave(file()), PL_FILE_CHANGED);
         EXPECT_NE(readBytes(file()), before) << "the other writer's bytes stand";
     }
+
+    // The background library saves its summary and indexes together: none of them is written.
+    const QString summary = path("BkgSummary.txt");
+    writeBytes(summary, "*** SL0001:\t\r\nImage Subtype:\tluminescent\n\n\n\n");
+    CPLBkgSummaryInfo library;
+    ASSERT_EQ(library.load(m_dir.path()), PL_SUCCESS);
+    writeBytes(summary, "*** SL0002:\t\r\nImage Subtype:\tluminescent\n\n\n\n");
+    EXPECT_EQ(library.save(m_dir.path()), PL_FILE_CHANGED);
+    EXPECT_FALSE(QFile::exists(path("SLindex.txt")));
+    EXPECT_FALSE(QFile::exists(path("FLindex.txt")));
+    ASSERT_EQ(library.load(m_dir.path()), PL_SUCCESS);
+    EXPECT_EQ(library.save(m_dir.path()), PL_SUCCESS) << "loaded again, it saves";
+    EXPECT_TRUE(QFile::exists(path("SLindex.txt")));
 }
 
 // A document that loads, edits and saves, racing an editor that edits the same file: each

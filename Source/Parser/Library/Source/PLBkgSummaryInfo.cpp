@@ -1,7 +1,6 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLConstants.h"
-#include "PLFileWriter_p.h"
 #include "PLLogging_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
@@ -456,19 +455,18 @@ int CPLBkgSummaryInfo::save(const QString& folder) const
     if (!QFileInfo(folder).isDir())
         return PL_FOLDER_MISSING;
     return PL_GUARDED({
-        // The summary and its two indexes are saved together: all of them, or none.
-        QVector<PLFile::FileSave> saves { { folder + QLatin1Char('/')
-                                                + PLConstants::BKGSUMMARY_TXT_FILENAME,
-                                            getClickInfoData().toLatin1(),
-                                            {} } };
+        // The summary and its two indexes are saved together: all of them, or none; the
+        // summary with the checks of every document's save over the file it was loaded from.
+        QList<QPair<QString, QByteArray>> indexes;
         QList<sBkgEntry> entries;
         getEntries(&entries);
         for (const Family family : { Luminescent, Fluorescent }) {
             CPLClickInfo index;
             buildIndex(family, entries, &index);
-            saves.append({ indexPath(folder, family), index.getClickInfoData().toLatin1(), {} });
+            indexes.append({ indexPath(folder, family), index.getClickInfoData().toLatin1() });
         }
-        return PLFile::saveFiles(saves);
+        return saveClickInfoWith(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME,
+                                 indexes);
     });
 }
 

@@ -495,6 +495,12 @@ QString CPLClickInfo::getClickInfoData() const
 
 int CPLClickInfo::saveClickInfo(const QString& filePath) const
 {
+    return saveClickInfoWith(filePath, {});
+}
+
+int CPLClickInfo::saveClickInfoWith(const QString& filePath,
+                                    const QList<QPair<QString, QByteArray>>& others) const
+{
     return PL_GUARDED({
         const QString unwritable = unwritableEntry();
         if (!unwritable.isEmpty()) {
@@ -502,12 +508,12 @@ int CPLClickInfo::saveClickInfo(const QString& filePath) const
                       qUtf8Printable(unwritable));
             return PL_INVALID_ARGUMENT;
         }
-        return saveFileBytes(filePath, getClickInfoData().toLatin1(), false);
+        return saveFileBytes(filePath, getClickInfoData().toLatin1(), false, others);
     });
 }
 
-int CPLClickInfo::saveFileBytes(const QString& filePath, const QByteArray& bytes,
-                                bool wholeFile) const
+int CPLClickInfo::saveFileBytes(const QString& filePath, const QByteArray& bytes, bool wholeFile,
+                                const QList<QPair<QString, QByteArray>>& others) const
 {
     return PL_GUARDED({
         const bool overLoaded = m_pLoadedFile && m_pLoadedFile->stamp.names(filePath);
@@ -521,12 +527,18 @@ int CPLClickInfo::saveFileBytes(const QString& filePath, const QByteArray& bytes
         }
         PLFile::Precondition unchanged;
         if (overLoaded)
-            unchanged = [&](CPLFileWriter& writer) {
-                return m_pLoadedFile->stamp.check(writer);
-            };
+            unchanged = [&](CPLFileWriter& writer) { return m_pLoadedFile->stamp.check(writer); };
         const bool dicom = PLFile::isDicomPath(filePath);
-        const int status = dicom ? PLFile::appendDicomCopy(filePath, bytes, unchanged)
-                                 : PLFile::saveFile(filePath, bytes, unchanged);
+        int status = PL_SUCCESS;
+        if (!others.isEmpty()) {
+            QVector<PLFile::FileSave> saves { { filePath, bytes, unchanged } };
+            for (const auto& other : others)
+                saves.append({ other.first, other.second, {} });
+            status = PLFile::saveFiles(saves);
+        } else {
+            status = dicom ? PLFile::appendDicomCopy(filePath, bytes, unchanged)
+                           : PLFile::saveFile(filePath, bytes, unchanged);
+        }
         if (status == PL_FILE_CHANGED)
             qCWarning(lcOvSave,
                       "%s: changed by someone else since it was loaded; nothing written (load it "

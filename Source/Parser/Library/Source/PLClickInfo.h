@@ -7,6 +7,7 @@
 #include "ovparser_global.h"
 
 #include <QList>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -310,8 +311,14 @@ protected:
     // same checks over the file the document was loaded from (PL_LOAD_INCOMPLETE,
     // PL_FILE_CHANGED): for a document that keeps the bytes of its file.
     // `wholeFile` tells that `bytes` are the file's own bytes, edited in place: then nothing
-    // the load left out is lost, and only the check for changes applies.
-    int saveFileBytes(const QString& filePath, const QByteArray& bytes, bool wholeFile) const;
+    // the load left out is lost, and only the check for changes applies. `others` are files
+    // saved together with it, all or nothing, each given by its path and whole new content.
+    int saveFileBytes(const QString& filePath, const QByteArray& bytes, bool wholeFile,
+                      const QList<QPair<QString, QByteArray>>& others = {}) const;
+    // saveClickInfo(), together with `others`, all or nothing (a document whose file has
+    // companions: the background library's indexes).
+    int saveClickInfoWith(const QString& filePath,
+                          const QList<QPair<QString, QByteArray>>& others) const;
     // Replaces the sections by copies of those of `from`, in its order, and the load warnings
     // by `warnings`: for a document whose file's bytes were edited in place (CPLFileEditor)
     // and loaded again by the editor as `from`.
