@@ -335,9 +335,9 @@ TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
           "ovtool: c.txt: the key \"Dose:mg\" holds a colon, which ends a key\n" },
         { "add|c.txt|New # x|k|v", 7,
           "ovtool: c.txt: the section key \"New # x\" holds a \"#\", which starts a comment\n" },
-        { "set|c.txt|User Input|User| Ana", 7,
-          "ovtool: c.txt: the value \" Ana\" begins or ends with white space, which reading "
-          "drops\n" },
+        { "add|c.txt|User Input| *** Injected|v", 7,
+          "ovtool: c.txt: the key \" *** Injected\" begins with \"***\" (after any blanks), "
+          "which starts a section header\n" },
         // 2: usage errors.
         { "", 2, "ovtool: no command given; see \"ovtool --help\"\n" },
         { "frobnicate|c.txt", 2,
