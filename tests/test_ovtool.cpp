@@ -730,6 +730,29 @@ TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
     EXPECT_EQ(readBytes(path("x.dcm")), DICOM_IMAGE + m_sample + second + withScale(second));
 }
 
+// A value read from the last complete copy, because the copy after it was cut off, comes
+// with a warning that says so, unless --quiet.
+TEST_F(ovtoolTest, GetWarnsWhenALaterCopyWasCut)
+{
+    const QByteArray second = replaced(m_sample, "User:\tKatrin Lenz", "User:\tAna Ruiz");
+    writeBytes(path("x.dcm"), DICOM_IMAGE + m_sample + second.left(200));
+    const int cutLine = m_sample.count('\n') + 1;
+    const Result result = ovtool(args("get|x.dcm|User Input|User"));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "Katrin Lenz\n");
+    EXPECT_EQ(result.err, "ovtool: x.dcm (last metadata copy):" + QByteArray::number(cutLine)
+                              + ": a metadata copy begins here that was cut off before its end; "
+                                "the last complete copy, before it, was loaded\n");
+    EXPECT_EQ(succeed("get|--quiet|x.dcm|User Input|User"), "Katrin Lenz\n");
+    // Other warnings (here of a separator other than a colon and a tab) are not get's to give.
+    const QByteArray irregular = "*** User Input:\tU\r\nUser:  Jo\n\n\n\n";
+    writeBytes(path("x.dcm"), DICOM_IMAGE + irregular);
+    const Result other = ovtool(args("get|x.dcm|User Input|User"));
+    EXPECT_EQ(other.out, "Jo\n");
+    EXPECT_EQ(other.err, QByteArray());
+    EXPECT_NE(ovtool(args("show|x.dcm")).err, QByteArray());
+}
+
 TEST_F(ovtoolTest, HelpAndVersion)
 {
     const QByteArray toolHelp = succeed("--help");
