@@ -1,6 +1,7 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLConstants.h"
+#include "PLKeyHash_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
@@ -420,7 +421,11 @@ bool sBkgEntry::operator==(const sBkgEntry& other) const
         && m_strPathName == other.m_strPathName && m_strFileName == other.m_strFileName;
 }
 
-CPLBkgSummaryInfo::CPLBkgSummaryInfo() = default;
+CPLBkgSummaryInfo::CPLBkgSummaryInfo()
+{
+    // A second section under an entry's ID (a note about it) is kept where it stood.
+    setRepeatedSectionRule(KeepApart);
+}
 
 CPLBkgSummaryInfo::~CPLBkgSummaryInfo() = default;
 
@@ -437,10 +442,11 @@ int CPLBkgSummaryInfo::load(const QString& folder)
     if (!QFileInfo(folder).isDir())
         return PL_FOLDER_MISSING;
     clearData();
-    const int status
-        = loadClickInfo(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME);
+    const QString summary = folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME;
+    const int status = loadClickInfo(summary);
     if (status != PL_SUCCESS)
         return status;
+    noteRepeatedSections();
     const QList<sBkgEntry> entries = checkSections();
     for (const Family family : { Luminescent, Fluorescent })
         compareIndex(family, indexPath(folder, family), entries, &m_LibraryWarnings);
@@ -476,9 +482,35 @@ int CPLBkgSummaryInfo::loadSummary(const QString& filePath)
 {
     clearData();
     const int status = loadClickInfo(filePath);
-    if (status == PL_SUCCESS)
+    if (status == PL_SUCCESS) {
+        noteRepeatedSections();
         checkSections();
+    }
     return status;
+}
+
+bool CPLBkgSummaryInfo::isRepeat(const QString& mapKey, const CPLSection& section)
+{
+    QString key;
+    section.getSectionKey(&key);
+    return key != mapKey;
+}
+
+void CPLBkgSummaryInfo::noteRepeatedSections()
+{
+    const QStringList keys = getSectionKeys();
+    for (const QString& mapKey : keys) {
+        const CPLSection& section = *(*this)[mapKey];
+        if (!isRepeat(mapKey, section))
+            continue;
+        QString key;
+        section.getSectionKey(&key);
+        m_LibraryWarnings.append(
+            QStringLiteral("%1: section %2 repeats the ID of the entry on line %3; kept as it "
+                           "stands and saved back there, not read as an entry")
+                .arg(getSectionOrigin(mapKey).toString(), quoted(key))
+                .arg(getSectionOrigin(key).line));
+    }
 }
 
 int CPLBkgSummaryInfo::saveSummary(const QString& filePath) const
@@ -491,6 +523,8 @@ QList<sBkgEntry> CPLBkgSummaryInfo::checkSections()
     QList<sBkgEntry> entries;
     const QStringList keys = getSectionKeys();
     for (const QString& key : keys) {
+        if (isRepeat(key, *(*this)[key]))
+            continue; // told by noteRepeatedSections()
         sBkgEntry entry;
         const QString fault = readEntry(*(*this)[key], &entry);
         if (fault.isEmpty()) {
@@ -516,11 +550,12 @@ int CPLBkgSummaryInfo::getEntries(QList<sBkgEntry>* entries) const
     if (!entries)
         return PL_NULL_ARGUMENT;
     QList<sBkgEntry> list;
-    const int count = sectionCount();
-    list.reserve(count);
-    for (int position = 0; position < count; ++position) {
+    const QStringList keys = getSectionKeys();
+    list.reserve(keys.size());
+    for (int position = 0; position < keys.size(); ++position) {
+        const CPLSection& section = *(*this)[position];
         sBkgEntry entry;
-        if (readEntry(*(*this)[position], &entry).isEmpty())
+        if (!isRepeat(keys.at(position), section) && readEntry(section, &entry).isEmpty())
             list.append(entry);
     }
     *entries = list;
@@ -666,6 +701,13 @@ int CPLBkgSummaryInfo::removeEntry(const QString& id)
         return PL_EMPTY_KEY;
     if (!isSectionPresent(id))
         return PL_KEY_NOT_FOUND;
+    // The sections that repeat the ID go with it: the first of them would be the entry after
+    // the next load.
+    const QStringList keys = getSectionKeys();
+    for (const QString& key : keys) {
+        if (isRepeat(key, *(*this)[key]) && PLKeyHash::equal(key.section(QLatin1Char('\n'), 0, 0), id))
+            removeSection(key);
+    }
     return removeSection(id);
 }
 

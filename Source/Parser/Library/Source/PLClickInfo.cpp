@@ -188,7 +188,8 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
             if (PLKeyHash::equal(key, PLConstants::CLICKNUMBER_KEY))
                 status = loadClickNumber(block);
             const int line = status == PL_SUCCESS ? check.lineAt(range.begin) : 0;
-            if (status == PL_SUCCESS && isSectionPresent(key)) {
+            const bool apart = repeatedSectionRule() == KeepApart && isSectionPresent(key);
+            if (status == PL_SUCCESS && !apart && isSectionPresent(key)) {
                 if (repeatedSectionRule() == KeepFirst) {
                     check.repeatedSection(range.begin, key, false);
                 } else {
@@ -201,9 +202,17 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
                 }
             } else if (status == PL_SUCCESS) {
                 m_SectionWarnings.clear();
-                status = loadSectionData(block, key);
+                const QString mapKey = apart
+                    ? key + QLatin1Char('\n') + QString::number(locationOf(line).line)
+                    : key;
+                if (apart) {
+                    std::unique_ptr<CPLSection> section = parseSection(block, key);
+                    insertSection(section, mapKey);
+                } else {
+                    status = loadSectionData(block, key);
+                }
                 if (status == PL_SUCCESS)
-                    setSectionOrigin(key, locationOf(line));
+                    setSectionOrigin(mapKey, locationOf(line));
                 check.section(range.begin, headerEnd, range.end, parts, key, m_SectionWarnings);
                 check.knownLine(range.end, line + range.lines);
             }
