@@ -407,6 +407,19 @@ TEST_F(ovtoolTest, BrowseReportsAnUnreadableFolderAndLeavesItOut)
     EXPECT_EQ(result.out, golden("browse-table.txt"));
 }
 
+TEST_F(ovtoolTest, BrowseReportsWhatIsNoRegularFileAndLeavesItOut)
+{
+    ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1("tree/odd")));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("tree/odd/ClickInfo.txt")).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(L1("/dev/null"), path("tree/odd/scan.dcm")));
+    const Result result = ovtool(args("browse|tree"));
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              "ovtool: tree/odd/ClickInfo.txt: not a regular file but a FIFO; left out\n"
+              "ovtool: tree/odd/scan.dcm: a symbolic link to a device; left out\n");
+    EXPECT_EQ(result.out, golden("browse-table.txt"));
+}
+
 TEST_F(ovtoolTest, GlobalOptionsStandBeforeOrAfterTheCommand)
 {
     const char* malformed = "ovtool: bad.txt:6: malformed section header";
