@@ -241,9 +241,10 @@ TEST_F(BkgSummaryTest, ASectionRepeatingAnIdIsKeptAndReported)
     const QStringList warnings = library.getLibraryWarnings();
     ASSERT_FALSE(warnings.isEmpty());
     EXPECT_EQ(warnings.first(),
-              path + QStringLiteral(":%1: section \"SL0001\" repeats the ID of the entry on line 1; "
-                                    "kept as it stands and saved back there, not read as an entry")
-                         .arg(noteLine));
+              path
+                  + QStringLiteral(":%1: section \"SL0001\" repeats the ID of the entry on line 1; "
+                                   "kept as it stands and saved back there, not read as an entry")
+                        .arg(noteLine));
     EXPECT_TRUE(library.getLoadWarnings().isEmpty())
         << library.getLoadWarnings().join(L1("\n")).toStdString();
     QList<sBkgEntry> entries;

@@ -250,14 +250,15 @@ TEST(BrowseTest, WhatIsNoRegularFileIsReportedNotOpened)
     QStringList reports;
     for (const OvBrowse::Skipped& skipped : result.skipped)
         reports.append(skipped.path.mid(dir.path().size() + 1) + L1(": ") + skipped.reason);
-    EXPECT_EQ(reports, L1List({ "odd/ClickInfo.txt: not a regular file but a FIFO",
-                                "odd/SequenceInfo.txt: a symbolic link that leads to no file: No "
-                                "such file or directory",
-                                "odd/device.DCM: a symbolic link to a device",
-                                "odd/fifo.dcm: a symbolic link to a FIFO",
-                                "odd/loop.dcm: a symbolic link that leads to no file: Too many "
-                                "levels of symbolic links",
-                                "odd/s.dcm: not a regular file but a socket" }));
+    EXPECT_EQ(reports,
+              L1List({ "odd/ClickInfo.txt: not a regular file but a FIFO",
+                       "odd/SequenceInfo.txt: a symbolic link that leads to no file: No "
+                       "such file or directory",
+                       "odd/device.DCM: a symbolic link to a device",
+                       "odd/fifo.dcm: a symbolic link to a FIFO",
+                       "odd/loop.dcm: a symbolic link that leads to no file: Too many "
+                       "levels of symbolic links",
+                       "odd/s.dcm: not a regular file but a socket" }));
     EXPECT_EQ(result.rows.size(), 2); // the acquisitions are still read
 }
 

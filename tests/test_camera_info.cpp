@@ -227,8 +227,8 @@ TEST_F(CameraInfoTest, ExtensionChecksGiveTheirMessageAndStatus)
           extension("B", "KORA 200", "", good,
                     "*** Camera System Info:\tagain\nsystem configuration : KORA 100\n"),
           47, "it sets 'System Configuration' to 'KORA 100', not this instrument, 'KORA 200'" },
-        { "restates the type", extension("B", "KORA 200", "", "System Configuration:\tKORA 200 B\n"),
-          0, "" },
+        { "restates the type",
+          extension("B", "KORA 200", "", "System Configuration:\tKORA 200 B\n"), 0, "" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

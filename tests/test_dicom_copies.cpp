@@ -30,7 +30,8 @@ QByteArray saved(const char* text)
 // empty section at its end (its copy ends in a header's CR LF and four LF).
 const QByteArray FIRST = saved("*** ClickNumber:\tC1\nk:\t1\n*** User Input:\tU\nUser:\tKatrin\n");
 const QByteArray SECOND = saved("*** User Input:\tU\nUser:\tAna\n*** ClickNumber:\tC1\nk:\t2\n");
-const QByteArray THIRD = saved("*** Extra:\tE\nx:\t3\n*** User Input:\tU\nUser:\tJo\n*** Empty:\t\n");
+const QByteArray THIRD
+    = saved("*** Extra:\tE\nx:\t3\n*** User Input:\tU\nUser:\tJo\n*** Empty:\t\n");
 
 std::unique_ptr<CPLClickInfo> loadedDicom(const QByteArray& bytes)
 {

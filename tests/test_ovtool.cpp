@@ -753,9 +753,10 @@ TEST_F(ovtoolTest, GetWarnsWhenALaterCopyWasCut)
     const Result result = ovtool(args("get|x.dcm|User Input|User"));
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out, "Katrin Lenz\n");
-    EXPECT_EQ(result.err, "ovtool: x.dcm (last metadata copy):" + QByteArray::number(cutLine)
-                              + ": a metadata copy begins here that was cut off before its end; "
-                                "the last complete copy, before it, was loaded\n");
+    EXPECT_EQ(result.err,
+              "ovtool: x.dcm (last metadata copy):" + QByteArray::number(cutLine)
+                  + ": a metadata copy begins here that was cut off before its end; "
+                    "the last complete copy, before it, was loaded\n");
     EXPECT_EQ(succeed("get|--quiet|x.dcm|User Input|User"), "Katrin Lenz\n");
     // Other warnings (here of a separator other than a colon and a tab) are not get's to give.
     const QByteArray irregular = "*** User Input:\tU\r\nUser:  Jo\n\n\n\n";

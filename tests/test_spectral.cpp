@@ -267,8 +267,9 @@ TEST_F(SpectralFile, TextXMLCannotCarryIsRefusedAndTheOldFileKept)
 {
     writeBytes(path("s.xml"), SMALL_DOCUMENT);
     const QString nul(QChar(0));
-    const QString bad[] = { L1("a\x01"), QString(QChar(0xfffe)), QString(QChar(0xffff)), nul,
-                            L1("\x1f"), QString(QChar(0xd800)), QString(QChar(0xdc00)) + L1("x") };
+    const QString bad[]
+        = { L1("a\x01"), QString(QChar(0xfffe)), QString(QChar(0xffff)),          nul,
+            L1("\x1f"),  QString(QChar(0xd800)), QString(QChar(0xdc00)) + L1("x") };
     for (const QString& text : bad) {
         CPLSpectralWrapper wrapper;
         ASSERT_EQ(wrapper.createSpectralXMLFile(path("s.xml")), PL_SUCCESS);

@@ -11,8 +11,8 @@
 #include <QTemporaryDir>
 
 #include <functional>
-#include <memory>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace {
 
@@ -55,22 +55,25 @@ Outcome throughDocument(const std::function<int(CPLClickInfo&)>& change,
 // Applies `change` to a copy of section "S" of the document of `base`, then puts it back.
 Outcome throughSection(const std::function<int(CPLSection&)>& change, const QByteArray& base = BASE)
 {
-    return throughDocument([&](CPLClickInfo& document) {
-        CPLSection section = *document[L1("S")];
-        const int status = change(section);
-        if (status == PL_SUCCESS) {
-            document.removeSection(L1("S"));
-            document.addSection(new CPLSection(section));
-        }
-        return status;
-    }, base);
+    return throughDocument(
+        [&](CPLClickInfo& document) {
+            CPLSection section = *document[L1("S")];
+            const int status = change(section);
+            if (status == PL_SUCCESS) {
+                document.removeSection(L1("S"));
+                document.addSection(new CPLSection(section));
+            }
+            return status;
+        },
+        base);
 }
 
 Outcome throughEditor(const std::function<int(CPLFileEditor&)>& edit)
 {
     CPLFileEditor editor(L1("t.txt"));
     EXPECT_EQ(editor.openBytes(BASE), PL_SUCCESS);
-    return edit(editor) != PL_SUCCESS ? Outcome { true, {} } : Outcome { false, editor.editedBytes() };
+    return edit(editor) != PL_SUCCESS ? Outcome { true, {} }
+                                      : Outcome { false, editor.editedBytes() };
 }
 
 // Runs `ovtool` on a copy of the base file in a folder of its own.
@@ -155,8 +158,9 @@ QVector<QPair<QString, Outcome>> everyWay(Role role, const QString& text, bool v
         add("CPLClickInfo::addNewSection", throughDocument([&](CPLClickInfo& document) {
                 return document.addNewSection(text, L1("n")) ? PL_SUCCESS : PL_INVALID_ARGUMENT;
             }));
-        add("CPLFileEditor::addKeyValue",
-            throughEditor([&](CPLFileEditor& editor) { return editor.addKeyValue(text, L1("n"), L1("v")); }));
+        add("CPLFileEditor::addKeyValue", throughEditor([&](CPLFileEditor& editor) {
+                return editor.addKeyValue(text, L1("n"), L1("v"));
+            }));
         if (viaOvtool)
             add("ovtool add", throughOvtool({ L1("add"), text, L1("n"), L1("v") }));
         break;
@@ -178,27 +182,33 @@ QVector<QPair<QString, Outcome>> everyWay(Role role, const QString& text, bool v
             }));
         break;
     case Role::Key:
-        add("CPLSection::addKeyValue",
-            throughSection([&](CPLSection& section) { return section.addKeyValue(text, L1("v")); }));
-        add("CPLFileEditor::addKeyValue",
-            throughEditor([&](CPLFileEditor& editor) { return editor.addKeyValue(L1("S"), text, L1("v")); }));
+        add("CPLSection::addKeyValue", throughSection([&](CPLSection& section) {
+                return section.addKeyValue(text, L1("v"));
+            }));
+        add("CPLFileEditor::addKeyValue", throughEditor([&](CPLFileEditor& editor) {
+                return editor.addKeyValue(L1("S"), text, L1("v"));
+            }));
         if (viaOvtool)
             add("ovtool add", throughOvtool({ L1("add"), L1("S"), text, L1("v") }));
         break;
     case Role::Value:
         add("CPLSection::setValue",
             throughSection([&](CPLSection& section) { return section.setValue(L1("k"), text); }));
-        add("CPLSection::setRawValue",
-            throughSection([&](CPLSection& section) { return section.setRawValue(L1("k"), text); }));
-        add("CPLSection::addKeyValue",
-            throughSection([&](CPLSection& section) { return section.addKeyValue(L1("n"), text); }));
+        add("CPLSection::setRawValue", throughSection([&](CPLSection& section) {
+                return section.setRawValue(L1("k"), text);
+            }));
+        add("CPLSection::addKeyValue", throughSection([&](CPLSection& section) {
+                return section.addKeyValue(L1("n"), text);
+            }));
         add("CPLClickInfo::setValue", throughDocument([&](CPLClickInfo& document) {
                 return document.setValue(L1("S"), L1("k"), text);
             }));
-        add("CPLFileEditor::setValue",
-            throughEditor([&](CPLFileEditor& editor) { return editor.setValue(L1("S"), L1("k"), text); }));
-        add("CPLFileEditor::addKeyValue",
-            throughEditor([&](CPLFileEditor& editor) { return editor.addKeyValue(L1("N"), L1("n"), text); }));
+        add("CPLFileEditor::setValue", throughEditor([&](CPLFileEditor& editor) {
+                return editor.setValue(L1("S"), L1("k"), text);
+            }));
+        add("CPLFileEditor::addKeyValue", throughEditor([&](CPLFileEditor& editor) {
+                return editor.addKeyValue(L1("N"), L1("n"), text);
+            }));
         if (viaOvtool) {
             add("ovtool set", throughOvtool({ L1("set"), L1("S"), L1("k"), text }));
             add("ovtool add", throughOvtool({ L1("add"), L1("N"), L1("n"), text }));
@@ -228,7 +238,9 @@ TEST(TextPolicy, EveryWayGivesTheSameVerdictAndWhatIsTakenReadsBack)
         { L1("a\nb"), "xxxx" },
         { L1("a\rb"), "xxxx" },
         { nul, "xxxx" },
-        { QString::fromUtf8("a\xc4\x80" "b"), "xxxx" },
+        { QString::fromUtf8("a\xc4\x80"
+                            "b"),
+          "xxxx" },
         { L1("a:b"), "x.x." },
         { L1("a # b"), "x.x." }, // a name or value keeps its inline comment
         { L1("*** X"), "..x." },
@@ -254,7 +266,8 @@ TEST(TextPolicy, EveryWayGivesTheSameVerdictAndWhatIsTakenReadsBack)
                 EXPECT_EQ(way.second.refused, refused) << what;
                 if (!way.second.refused) {
                     EXPECT_TRUE(readsBack(way.second.bytes, roles[r], c.text))
-                        << what << "\n" << way.second.bytes.toStdString();
+                        << what << "\n"
+                        << way.second.bytes.toStdString();
                 }
             }
             // A document's section name is stored with its inline comment: a value's rules.
@@ -272,7 +285,7 @@ TEST(TextPolicy, CommentTextMustReadBackAsAComment)
         const char* text;
         bool refused;
     } cases[] = {
-        { "# another note", false }, { "", false },       { "  # indented", false },
+        { "# another note", false }, { "", false },        { "  # indented", false },
         { "free text", true },       { "User:\tx", true }, { "*** Injected:\tx", true },
         { " *** Injected", true },   { "#a\nb", true },
     };

@@ -40,16 +40,18 @@ TEST(XMLWriter, TabsAndLineBreaksSurviveInAttributesAndText)
     const QString text = L1("a\tb\nc\rd<");
     AttrMap attrs;
     attrs.insert(L1("v"), text);
-    EXPECT_EQ(written([&](CPLXMLWriter& w) {
-                  w.writeTaggedString(L1("t"), text, attrs);
-                  w.writeAtomTag(L1("e"), attrs);
-              }),
-              "<t v=\"a&#9;b&#10;c&#13;d&lt;\">a\tb\nc&#13;d&lt;</t><e v=\"a&#9;b&#10;c&#13;d&lt;\"/>");
+    EXPECT_EQ(
+        written([&](CPLXMLWriter& w) {
+            w.writeTaggedString(L1("t"), text, attrs);
+            w.writeAtomTag(L1("e"), attrs);
+        }),
+        "<t v=\"a&#9;b&#10;c&#13;d&lt;\">a\tb\nc&#13;d&lt;</t><e v=\"a&#9;b&#10;c&#13;d&lt;\"/>");
     // protect() alone is unchanged.
     CPLXMLWriter writer(nullptr, nullptr);
     EXPECT_EQ(writer.protect(text), L1("a\tb\nc\rd&lt;"));
 
-    EXPECT_TRUE(CPLXMLWriter::isXmlText(L1("\t\n\r x\x7f\x80") + QString::fromUtf8("\xf0\x9f\x98\x80")));
+    EXPECT_TRUE(
+        CPLXMLWriter::isXmlText(L1("\t\n\r x\x7f\x80") + QString::fromUtf8("\xf0\x9f\x98\x80")));
     EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(L1("ab\x0b")), 2);
     EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(L1("a") + QChar(0)), 1);
     EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(QString(QChar(0xfffd)) + QChar(0xffff)), 1);

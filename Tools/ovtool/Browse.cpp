@@ -260,7 +260,8 @@ QString irregularReason(const QByteArray& path)
     if (stat(path.constData(), &target) != 0)
         return QStringLiteral("a symbolic link that leads to no file: ")
             + QString::fromLocal8Bit(std::strerror(errno));
-    return (isLink ? QStringLiteral("a symbolic link to ") : QStringLiteral("not a regular file but "))
+    return (isLink ? QStringLiteral("a symbolic link to ")
+                   : QStringLiteral("not a regular file but "))
         + fileKindText(target.st_mode);
 }
 

@@ -30,9 +30,10 @@ int runGet(const QStringList& arguments)
         return status;
     // The value may come from an older copy than the last: a script is told.
     QList<CPLLoadWarning> cut = document.getLoadWarningList();
-    cut.erase(std::remove_if(cut.begin(), cut.end(),
-                             [](const CPLLoadWarning& w) { return w.kind() != CPLLoadWarning::CutCopy; }),
-              cut.end());
+    cut.erase(
+        std::remove_if(cut.begin(), cut.end(),
+                       [](const CPLLoadWarning& w) { return w.kind() != CPLLoadWarning::CutCopy; }),
+        cut.end());
     warnOfLoad(cut);
     const QString missing = missingEntry(document, sectionKey, key);
     if (!missing.isEmpty()) {

@@ -199,8 +199,8 @@ int CPLSpectralWrapper::setClickNumberInfo(const QString& clickNumber, const QSt
 {
     if (const int status = mayWrite({ clickNumber, wavelength }))
         return status;
-    return writeOpen(Click,
-                     { { CLICK_NUMBER, clickNumber }, { IMAGE_WAVELENGTH, nanometres(wavelength) } });
+    return writeOpen(
+        Click, { { CLICK_NUMBER, clickNumber }, { IMAGE_WAVELENGTH, nanometres(wavelength) } });
 }
 
 int CPLSpectralWrapper::setClickNumberFilterProperties(int centralWavelength, float bandWidth,
@@ -393,8 +393,9 @@ int CPLSpectralWrapper::mayWrite(std::initializer_list<QString> texts)
                 << QStringLiteral("%1: a text holds U+%2, which XML cannot carry; the document "
                                   "is not saved")
                        .arg(m_strFileName,
-                            QString::number(text.at(bad).unicode(), 16).toUpper().rightJustified(
-                                4, QLatin1Char('0')));
+                            QString::number(text.at(bad).unicode(), 16)
+                                .toUpper()
+                                .rightJustified(4, QLatin1Char('0')));
             m_bRefused = true;
             return PL_INVALID_ARGUMENT;
         }

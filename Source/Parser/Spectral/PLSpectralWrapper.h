@@ -240,31 +240,31 @@ public:
     // and setCloseSpectralAnalysis() discards it (a file keeps its old content).
     // "...Attributes": "Date.Time" is taken now (setDateAndTime()).
     int setSpectralAttributes(const QString& sequenceID, int numberOfClicks,
-                               const QString& activeImage, const QString& tissueProperty,
-                               const QString& sourceModel, float indexOfRefraction);
+                              const QString& activeImage, const QString& tissueProperty,
+                              const QString& sourceModel, float indexOfRefraction);
     // Opens "...ClickInfo".
     int setOpenClickInfo(int totalClicks);
     // Opens "...ClickInfo.Click"; "Image.Wavelength" is `wavelength` followed by "nm".
     int setClickNumberInfo(const QString& clickNumber, const QString& wavelength);
     // "...Click.Filter.Properties"; "Central.Wavelength" is the number followed by "nm".
     int setClickNumberFilterProperties(int centralWavelength, float bandWidth,
-                                        float avgTransmission);
+                                       float avgTransmission);
     // "...Click.ROI" holding "...Click.ROI.Properties". "ROI" is the record's ROI name.
     // "ROI.Label" is `roiLabel` when `useLabel` is set; otherwise the ROI has no label of its
     // own and its name is written as its label too (and reads back as its label).
     int setClickNumberROIProperties(const QString& roiLabel, const _tagsROIProperties& roi,
-                                     bool useLabel);
+                                    bool useLabel);
     // "...Click.ROI" (without attributes) holding "...Click.ROI.Measurements".
     int setROIMeasurementsProperties(const QString& filterLabel, double totalFlux,
-                                      double averageRadiance);
+                                     double averageRadiance);
     // Closes "...ClickInfo.Click".
     int setCloseClickNumberInfo();
     // Closes "...ClickInfo".
     int setCloseClickInfo();
     // "...Results" holding "...Results.Flux" and "...Results.Depth".
     int setSpectralAnalysisResults(const QString& roi, double totalFlux, double fluxStdDev,
-                                    const QString& fluxUnits, double averageDepth,
-                                    double depthStdDev, const QString& depthUnits);
+                                   const QString& fluxUnits, double averageDepth,
+                                   double depthStdDev, const QString& depthUnits);
     // Opens "...Plot.Results".
     int setOpenSpectralAnalysisPlotResults(const QString& roiLabel, int totalPlotValues);
     // "...Plot.Values".
@@ -275,7 +275,7 @@ public:
     int setOpenSpectralAnalysisFitResults(const QString& roiLabel, int totalFitValues);
     // "...Fit.Values".
     int setSpectralAnalysisFitResults(double intensity, double attenuation, double fitValue,
-                                       double horizontalError, double verticalError);
+                                      double horizontalError, double verticalError);
     // Closes "...Fit.Results".
     int setCloseSpectralAnalysisFitResults();
     // "...Linear.Fit.Values".

@@ -705,7 +705,8 @@ int CPLBkgSummaryInfo::removeEntry(const QString& id)
     // the next load.
     const QStringList keys = getSectionKeys();
     for (const QString& key : keys) {
-        if (isRepeat(key, *(*this)[key]) && PLKeyHash::equal(key.section(QLatin1Char('\n'), 0, 0), id))
+        if (isRepeat(key, *(*this)[key])
+            && PLKeyHash::equal(key.section(QLatin1Char('\n'), 0, 0), id))
             removeSection(key);
     }
     return removeSection(id);

@@ -678,10 +678,11 @@ int CPLCameraInfo::checkExtension(const QString& path, const QString& systemType
     }
     // Two extensions of one name would both be merged: the second is a conflict too.
     if (names.contains(values[0].trimmed())) {
-        *failure = QStringLiteral("an extension named '%1' is loaded already, from '%2'")
-                       .arg(values[0].trimmed(),
-                            QFileInfo(m_LoadedExtensions.at(names.indexOf(values[0].trimmed())).file)
-                                .fileName());
+        *failure
+            = QStringLiteral("an extension named '%1' is loaded already, from '%2'")
+                  .arg(values[0].trimmed(),
+                       QFileInfo(m_LoadedExtensions.at(names.indexOf(values[0].trimmed())).file)
+                           .fileName());
         return PL_CAMERA_EXTENSION_CONFLICT;
     }
 

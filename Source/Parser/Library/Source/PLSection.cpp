@@ -884,7 +884,8 @@ QString CPLSection::textFaultText(const QString& text, TextRole role)
         return named + QLatin1String(" holds a \"#\", which starts a comment");
     case TextFault::HeaderStart:
         return named
-            + QLatin1String(" begins with \"***\" (after any blanks), which starts a section header");
+            + QLatin1String(" begins with \"***\" (after any blanks), which starts a section "
+                            "header");
     case TextFault::CommentKey:
         return named + QLatin1String(" names a comment line");
     case TextFault::ShiftedKey:
