@@ -264,6 +264,16 @@ TEST_F(BkgSummaryTest, ASectionRepeatingAnIdIsKeptAndReported)
     // Removing the entry removes the note under its ID too: it would be the entry next time.
     ASSERT_EQ(library.removeEntry(L1("sl0001")), PL_SUCCESS);
     EXPECT_EQ(library.getClickInfoData().toLatin1(), second);
+
+    // A repeat that reads as a usable entry is still no entry: not listed, never found.
+    writeBytes(file(PLConstants::BKGSUMMARY_TXT_FILENAME),
+               "*** SL0001:\tnote\nChecked:\tyes\n\n" + kOneEntry);
+    ASSERT_EQ(library.load(m_dir.path()), PL_SUCCESS);
+    library.getEntries(&entries);
+    EXPECT_TRUE(entries.isEmpty());
+    sBkgEntry found;
+    EXPECT_EQ(library.findBackground(imageSection("4", "60", "C", "-90"), &found),
+              PL_NO_BACKGROUND_FITS);
 }
 
 TEST_F(BkgSummaryTest, LoadReportsEveryWayAnIndexDisagreesWithTheSummary)

@@ -489,6 +489,17 @@ int CPLBkgSummaryInfo::loadSummary(const QString& filePath)
     return status;
 }
 
+template<typename Take> void CPLBkgSummaryInfo::forEachEntry(Take take) const
+{
+    const QStringList keys = getSectionKeys();
+    for (int position = 0; position < keys.size(); ++position) {
+        const CPLSection& section = *(*this)[position];
+        sBkgEntry entry;
+        if (!isRepeat(keys.at(position), section) && readEntry(section, &entry).isEmpty())
+            take(entry);
+    }
+}
+
 bool CPLBkgSummaryInfo::isRepeat(const QString& mapKey, const CPLSection& section)
 {
     QString key;
@@ -550,14 +561,8 @@ int CPLBkgSummaryInfo::getEntries(QList<sBkgEntry>* entries) const
     if (!entries)
         return PL_NULL_ARGUMENT;
     QList<sBkgEntry> list;
-    const QStringList keys = getSectionKeys();
-    list.reserve(keys.size());
-    for (int position = 0; position < keys.size(); ++position) {
-        const CPLSection& section = *(*this)[position];
-        sBkgEntry entry;
-        if (!isRepeat(keys.at(position), section) && readEntry(section, &entry).isEmpty())
-            list.append(entry);
-    }
+    list.reserve(sectionCount());
+    forEachEntry([&](const sBkgEntry& entry) { list.append(entry); });
     *entries = list;
     return PL_SUCCESS;
 }
@@ -737,12 +742,7 @@ int CPLBkgSummaryInfo::findBackground(const CPLSection& imageSection, sBkgEntry*
     if (status != PL_SUCCESS)
         return status;
     Matcher matcher(acquisition, tolerance);
-    const int count = sectionCount();
-    for (int position = 0; position < count; ++position) {
-        sBkgEntry candidate;
-        if (readEntry(*(*this)[position], &candidate).isEmpty())
-            matcher.consider(candidate);
-    }
+    forEachEntry([&](const sBkgEntry& candidate) { matcher.consider(candidate); });
     if (!matcher.found) {
         if (reason)
             *reason = matcher.reason();

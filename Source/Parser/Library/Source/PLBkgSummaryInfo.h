@@ -213,6 +213,9 @@ private:
     void noteRepeatedSections();
     // Whether the section kept under `mapKey` repeats an earlier section's ID.
     static bool isRepeat(const QString& mapKey, const CPLSection& section);
+    // Calls `take` with each usable entry, in the summary's order; a section that repeats an
+    // earlier section's ID is none.
+    template<typename Take> void forEachEntry(Take take) const;
     // checkIndex() against the usable entries already read.
     void compareIndex(Family family, const QString& filePath, const QList<sBkgEntry>& entries,
                       QStringList* disagreements) const;
