@@ -811,6 +811,22 @@ std::string checkAddRemove(CPLBkgSummaryInfo& library)
 
 } // namespace
 
+// Whether a key of the document cannot be written back as it was read (a line that begins
+// with white space is cut at a shifted place, so its key may take the colon): such a document
+// is not held to round trips, and a save refuses it.
+bool holdsUnwritableKey(const CPLClickInfo& document)
+{
+    for (const QString& sectionKey : document.getSectionKeys()) {
+        QStringList keys;
+        document[sectionKey]->getKeyList(&keys);
+        for (const QString& key : qAsConst(keys)) {
+            if (CPLSection::breaksFile(key, CPLSection::TextRole::Key))
+                return true;
+        }
+    }
+    return false;
+}
+
 std::string checkBkg(const uint8_t* data, size_t size)
 {
     const QByteArray input(reinterpret_cast<const char*>(data),
@@ -833,7 +849,7 @@ std::string checkBkg(const uint8_t* data, size_t size)
     std::string failure = checkFind(library, entries);
     if (failure.empty())
         failure = checkAddRemove(library);
-    if (!failure.empty())
+    if (!failure.empty() || holdsUnwritableKey(library))
         return failure;
     if (library.save(second) != PL_SUCCESS)
         return "the library loaded cannot be saved";

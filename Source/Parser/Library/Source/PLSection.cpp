@@ -839,7 +839,8 @@ CPLSection::TextFault CPLSection::textFault(const QString& text, TextRole role)
     const bool startsWithSpace = !text.isEmpty() && text.front().isSpace();
     if (role == TextRole::Key) {
         // A key begins its line: the line must read as the key line it is.
-        if (PLGrammar::isHeaderLine(text.constData()))
+        const QChar* begin = text.constData();
+        if (PLGrammar::isHeaderLine(PLText::Span<QChar> { begin, begin + text.size() }))
             return TextFault::HeaderStart;
         if (isCommentKey(text))
             return TextFault::CommentKey;
