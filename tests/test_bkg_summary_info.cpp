@@ -277,6 +277,58 @@ TEST_F(BkgSummaryTest, HandWrittenSummaryLoadsAndReportsSectionsThatAreNotEntrie
     EXPECT_EQ(library.getSectionKeys(), L1List({ "SL0010", "Notes", "SL0011" }));
 }
 
+// A second section under an entry's ID (a user's note) is kept where it stood, saved back
+// there, named in the library warnings, and never read as the entry.
+TEST_F(BkgSummaryTest, ASectionRepeatingAnIdIsKeptAndReported)
+{
+    const QByteArray note = "*** SL0001:\tnote\r\n# the shutter stuck once\nChecked:\tyes\n\n";
+    const QByteArray second = QByteArray(kOneEntry).replace("SL0001", "SL0002");
+    // kOneEntry ends with the document's two LF: the sections stand before them.
+    const QByteArray first = kOneEntry.left(kOneEntry.size() - 2);
+    const QByteArray summary = first + note + second;
+    writeBytes(file(PLConstants::BKGSUMMARY_TXT_FILENAME), summary);
+    CPLBkgSummaryInfo library;
+    ASSERT_EQ(library.load(m_dir.path()), PL_SUCCESS);
+    const int noteLine = first.count('\n') + 1;
+    const QString path = file(PLConstants::BKGSUMMARY_TXT_FILENAME);
+    const QStringList warnings = library.getLibraryWarnings();
+    ASSERT_FALSE(warnings.isEmpty());
+    EXPECT_EQ(warnings.first(),
+              path
+                  + QStringLiteral(":%1: section \"SL0001\" repeats the ID of the entry on line 1; "
+                                   "kept as it stands and saved back there, not read as an entry")
+                        .arg(noteLine));
+    EXPECT_TRUE(library.getLoadWarnings().isEmpty())
+        << library.getLoadWarnings().join(L1("\n")).toStdString();
+    QList<sBkgEntry> entries;
+    library.getEntries(&entries);
+    ASSERT_EQ(entries.size(), 2);
+    EXPECT_EQ(entries[0].m_strId, L1("SL0001"));
+    EXPECT_EQ(entries[0].m_iBinning, 4);
+    EXPECT_EQ(entries[1].m_strId, L1("SL0002"));
+
+    // Saved elsewhere: the same bytes, the note in its place.
+    QTemporaryDir other;
+    ASSERT_EQ(library.save(other.path()), PL_SUCCESS);
+    EXPECT_EQ(readBytes(other.filePath(PLConstants::BKGSUMMARY_TXT_FILENAME)), summary);
+    EXPECT_TRUE(readBytes(other.filePath(PLConstants::SLINDEX_TXT_FILENAME))
+                    .contains("SL0001:\tSL0001/background.tif\nSL0002:"));
+
+    // Removing the entry removes the note under its ID too: it would be the entry next time.
+    ASSERT_EQ(library.removeEntry(L1("sl0001")), PL_SUCCESS);
+    EXPECT_EQ(library.getClickInfoData().toLatin1(), second);
+
+    // A repeat that reads as a usable entry is still no entry: not listed, never found.
+    writeBytes(file(PLConstants::BKGSUMMARY_TXT_FILENAME),
+               "*** SL0001:\tnote\nChecked:\tyes\n\n" + kOneEntry);
+    ASSERT_EQ(library.load(m_dir.path()), PL_SUCCESS);
+    library.getEntries(&entries);
+    EXPECT_TRUE(entries.isEmpty());
+    sBkgEntry found;
+    EXPECT_EQ(library.findBackground(imageSection("4", "60", "C", "-90"), &found),
+              PL_NO_BACKGROUND_FITS);
+}
+
 TEST_F(BkgSummaryTest, LoadReportsEveryWayAnIndexDisagreesWithTheSummary)
 {
     CPLBkgSummaryInfo library;

@@ -20,7 +20,12 @@
 #include <algorithm>
 
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace {
 
@@ -215,6 +220,46 @@ TEST(BrowseTest, UnreadableFolderIsLeftOutAndTheWalkGoesOn)
     ASSERT_EQ(result.rows.size(), 2);
     for (const OvBrowse::Row& row : result.rows)
         EXPECT_EQ(row.file, dir.filePath(row.clickNumber + L1("/ClickInfo.txt")));
+}
+
+// An entry with an acquisition's or a sequence's name that is no regular file is never
+// opened (a FIFO would wait for a writer), and is reported with what it is.
+TEST(BrowseTest, WhatIsNoRegularFileIsReportedNotOpened)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    ASSERT_TRUE(OvSamples::writeAcquisitions(dir.path(), OvSamples::bundledAcquisitions()));
+    ASSERT_TRUE(QDir(dir.path()).mkpath(L1("odd")));
+    const auto at = [&](const char* name) { return QFile::encodeName(dir.filePath(L1(name))); };
+    ASSERT_EQ(::mkfifo(at("odd/ClickInfo.txt").constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(L1("ClickInfo.txt"), dir.filePath(L1("odd/fifo.dcm"))));
+    ASSERT_TRUE(QFile::link(L1("/dev/null"), dir.filePath(L1("odd/device.DCM"))));
+    ASSERT_TRUE(QFile::link(L1("loop.dcm"), dir.filePath(L1("odd/loop.dcm"))));
+    ASSERT_TRUE(QFile::link(L1("missing"), dir.filePath(L1("odd/SequenceInfo.txt"))));
+    const int sock = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_GE(sock, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray socketPath = at("odd/s.dcm");
+    ASSERT_LT(size_t(socketPath.size()), sizeof address.sun_path);
+    std::strcpy(address.sun_path, socketPath.constData());
+    ASSERT_EQ(::bind(sock, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ::close(sock);
+
+    const OvBrowse::Result result = OvBrowse::browse(dir.path());
+    QStringList reports;
+    for (const OvBrowse::Skipped& skipped : result.skipped)
+        reports.append(skipped.path.mid(dir.path().size() + 1) + L1(": ") + skipped.reason);
+    EXPECT_EQ(reports,
+              L1List({ "odd/ClickInfo.txt: not a regular file but a FIFO",
+                       "odd/SequenceInfo.txt: a symbolic link that leads to no file: No "
+                       "such file or directory",
+                       "odd/device.DCM: a symbolic link to a device",
+                       "odd/fifo.dcm: a symbolic link to a FIFO",
+                       "odd/loop.dcm: a symbolic link that leads to no file: Too many "
+                       "levels of symbolic links",
+                       "odd/s.dcm: not a regular file but a socket" }));
+    EXPECT_EQ(result.rows.size(), 2); // the acquisitions are still read
 }
 
 TEST(BrowseTest, DateAndTimeOfTheSecondsSince1904)

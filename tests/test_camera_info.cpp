@@ -15,6 +15,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -218,6 +219,16 @@ TEST_F(CameraInfoTest, ExtensionChecksGiveTheirMessageAndStatus)
           "malformed section header (a header is \"*** \", a key, a colon, and no \"#\" before the "
           "colon)" },
         { "case differs", extension("B", "KORA 200", "a", good), 0, "" },
+        { "same name", extension("A", "KORA 200", "", good), 30,
+          "an extension named 'A' is loaded already, from 'a.cfg'" },
+        { "sets another type", extension("B", "KORA 200", "", "System Configuration:\tKORA 50\n"),
+          47, "it sets 'System Configuration' to 'KORA 50', not this instrument, 'KORA 200'" },
+        { "sets it in a section of its own",
+          extension("B", "KORA 200", "", good,
+                    "*** Camera System Info:\tagain\nsystem configuration : KORA 100\n"),
+          47, "it sets 'System Configuration' to 'KORA 100', not this instrument, 'KORA 200'" },
+        { "restates the type",
+          extension("B", "KORA 200", "", "System Configuration:\tKORA 200 B\n"), 0, "" },
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -242,6 +253,45 @@ TEST_F(CameraInfoTest, ExtensionChecksGiveTheirMessageAndStatus)
         if (c.status != 0) {
             EXPECT_EQ(output, message);
         }
+    }
+}
+
+// An entry named "*.cfg" that is no readable file is refused, as an unreadable one is: never
+// left out without a word, and a FIFO is not opened (nothing waits for a writer).
+TEST_F(CameraInfoTest, AnExtensionThatIsNoFileIsRefused)
+{
+    const auto make = [&](const char* name) -> bool {
+        const QString at = path(L1("inst/config/")) + L1(name);
+        const QString entry = L1(name);
+        if (entry == L1("b.cfg"))
+            return ::mkfifo(QFile::encodeName(at).constData(), 0600) == 0;
+        if (entry == L1("c.cfg"))
+            return QDir().mkpath(at);
+        return QFile::link(entry, at); // a link to itself: a loop
+    };
+    const struct
+    {
+        const char* name;
+        int status;
+        const char* message;
+    } cases[] = {
+        { "b.cfg", PL_NOT_REGULAR_FILE,
+          "not a regular file (a FIFO, device or socket is never read or replaced)" },
+        { "c.cfg", PL_FILE_OPEN_FAILED, "File open failed: a folder" },
+        { "d.cfg", PL_FILE_OPEN_FAILED, "File open failed: a symbolic link that leads to no file" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        QDir(path(L1("inst"))).removeRecursively();
+        write(L1("inst/config/a.cfg"), extension("A", "KORA 200", "", "A-key:\t1\n"));
+        ASSERT_TRUE(make(c.name));
+        CPLCameraInfo camera;
+        ASSERT_EQ(camera.load(write(L1("inst/CameraInfo.txt"), kBase)), PL_SUCCESS);
+        EXPECT_EQ(camera.getExtensionFailure().status, c.status);
+        EXPECT_EQ(camera.getExtensionFailure().message,
+                  L1("Loading cameraInfo extension '") + L1(c.name) + L1("' failed: ")
+                      + L1(c.message));
+        EXPECT_TRUE(camera.getLoadedExtensions().isEmpty());
     }
 }
 

@@ -205,15 +205,15 @@ TEST_F(FileEditorTest, ADicomFileGetsTheEditedCopyAppended)
     const QByteArray edited = "*** ClickNumber:\tC1\r\nk:\tw\n\n\n\n";
     EXPECT_EQ(readBytes(path("scan.DCM")), image + copy + edited);
 
-    // After a copy cut within its first line, the next copy begins a line of its own and is
-    // the one loaded.
+    // After a copy cut within its first line, the next copy begins a line of its own, after
+    // three LF in a row, and is the one loaded.
     writeBytes(path("scan.DCM"), image + copy + "*** Click");
     CPLFileEditor again(path("scan.DCM"));
     ASSERT_EQ(again.open(), PL_SUCCESS);
     EXPECT_EQ(again.loadWarnings().last().kind(), CPLLoadWarning::CutCopy);
     ASSERT_EQ(again.setValue(L1("ClickNumber"), L1("k"), L1("w")), PL_SUCCESS);
     ASSERT_EQ(again.commit(), PL_SUCCESS);
-    EXPECT_EQ(readBytes(path("scan.DCM")), image + copy + "*** Click\n" + edited);
+    EXPECT_EQ(readBytes(path("scan.DCM")), image + copy + "*** Click\n\n\n" + edited);
     CPLClickInfo doc;
     ASSERT_EQ(doc.loadClickInfo(path("scan.DCM")), PL_SUCCESS);
     EXPECT_EQ(doc.getClickInfoData().toLatin1(), edited);

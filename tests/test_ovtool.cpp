@@ -338,9 +338,9 @@ TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
           "ovtool: c.txt: the key \"Dose:mg\" holds a colon, which ends a key\n" },
         { "add|c.txt|New # x|k|v", 7,
           "ovtool: c.txt: the section key \"New # x\" holds a \"#\", which starts a comment\n" },
-        { "set|c.txt|User Input|User| Ana", 7,
-          "ovtool: c.txt: the value \" Ana\" begins or ends with white space, which reading "
-          "drops\n" },
+        { "add|c.txt|User Input| *** Injected|v", 7,
+          "ovtool: c.txt: the key \" *** Injected\" begins with \"***\" (after any blanks), "
+          "which starts a section header\n" },
         // 2: usage errors.
         { "", 2, "ovtool: no command given; see \"ovtool --help\"\n" },
         { "frobnicate|c.txt", 2,
@@ -407,6 +407,19 @@ TEST_F(ovtoolTest, BrowseReportsAnUnreadableFolderAndLeavesItOut)
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
               "ovtool: tree/locked: cannot read the folder: Permission denied; left out\n");
+    EXPECT_EQ(result.out, golden("browse-table.txt"));
+}
+
+TEST_F(ovtoolTest, BrowseReportsWhatIsNoRegularFileAndLeavesItOut)
+{
+    ASSERT_TRUE(QDir(m_dir.path()).mkpath(L1("tree/odd")));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("tree/odd/ClickInfo.txt")).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(L1("/dev/null"), path("tree/odd/scan.dcm")));
+    const Result result = ovtool(args("browse|tree"));
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(result.err,
+              "ovtool: tree/odd/ClickInfo.txt: not a regular file but a FIFO; left out\n"
+              "ovtool: tree/odd/scan.dcm: a symbolic link to a device; left out\n");
     EXPECT_EQ(result.out, golden("browse-table.txt"));
 }
 
@@ -785,6 +798,30 @@ TEST_F(ovtoolTest, DicomMetadataIsAppendedAndTheLastCopyRead)
     EXPECT_EQ(succeed("get|x.dcm|User Input|User"), "Ana Ruiz\n");
     succeed("add|x.dcm|Scale|Units|cm");
     EXPECT_EQ(readBytes(path("x.dcm")), DICOM_IMAGE + m_sample + second + withScale(second));
+}
+
+// A value read from the last complete copy, because the copy after it was cut off, comes
+// with a warning that says so, unless --quiet.
+TEST_F(ovtoolTest, GetWarnsWhenALaterCopyWasCut)
+{
+    const QByteArray second = replaced(m_sample, "User:\tKatrin Lenz", "User:\tAna Ruiz");
+    writeBytes(path("x.dcm"), DICOM_IMAGE + m_sample + second.left(200));
+    const int cutLine = m_sample.count('\n') + 1;
+    const Result result = ovtool(args("get|x.dcm|User Input|User"));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out, "Katrin Lenz\n");
+    EXPECT_EQ(result.err,
+              "ovtool: x.dcm (last metadata copy):" + QByteArray::number(cutLine)
+                  + ": a metadata copy begins here that was cut off before its end; "
+                    "the last complete copy, before it, was loaded\n");
+    EXPECT_EQ(succeed("get|--quiet|x.dcm|User Input|User"), "Katrin Lenz\n");
+    // Other warnings (here of a separator other than a colon and a tab) are not get's to give.
+    const QByteArray irregular = "*** User Input:\tU\r\nUser:  Jo\n\n\n\n";
+    writeBytes(path("x.dcm"), DICOM_IMAGE + irregular);
+    const Result other = ovtool(args("get|x.dcm|User Input|User"));
+    EXPECT_EQ(other.out, "Jo\n");
+    EXPECT_EQ(other.err, QByteArray());
+    EXPECT_NE(ovtool(args("show|x.dcm")).err, QByteArray());
 }
 
 TEST_F(ovtoolTest, HelpAndVersion)

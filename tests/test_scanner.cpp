@@ -126,12 +126,14 @@ TEST(GetSectionBuffer, CutsAtTheBlankPrefixAnywhereInTheText)
 TEST(ParseSectionField, SplitsAtTheFirstColonWithoutTrimming)
 {
     CPLSection section;
-    ParseSectionField(" Key : a:b \r\n", &section);
+    ParseSectionField("Key: a:b \r\n", &section);
     QString raw;
-    ASSERT_EQ(section.getRawValue(L1(" key "), &raw), 0);
+    ASSERT_EQ(section.getRawValue(L1("key"), &raw), 0);
     EXPECT_EQ(raw, L1(" a:b ")); // the line end ends the line, not the value
 
     ParseSectionField("no colon here", &section);
+    // A key with white space around it would not read back as itself.
+    ParseSectionField(" Other : 1\n", &section);
     EXPECT_EQ(section.count(), 1);
 }
 

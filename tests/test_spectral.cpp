@@ -19,8 +19,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <csignal>
 #include <cstdio>
+#include <functional>
+#include <limits>
 #include <sys/resource.h>
 #include <utility>
 
@@ -223,12 +226,106 @@ TEST(Spectral, ReadsBackEveryValueWritten)
         const QByteArray bytes = writtenBytes(document);
         EXPECT_EQ(writtenBytes(readBack(bytes)), bytes);
     }
-    // Escaped and non-ASCII text; XML reads tabs and line breaks in an attribute as blanks.
-    _tagSSpectralDocument escaped = escapedDocument();
+    // Escaped and non-ASCII text, tabs and line breaks included.
+    const _tagSSpectralDocument escaped = escapedDocument();
     const _tagSSpectralDocument read = readBack(writtenBytes(escaped));
-    EXPECT_EQ(read.attributes.strTissueProperty, L1("tab line end"));
-    escaped.attributes.strTissueProperty = read.attributes.strTissueProperty;
+    EXPECT_EQ(read.attributes.strTissueProperty, L1("tab\tline\nend"));
     EXPECT_EQ(writtenBytes(read), writtenBytes(escaped));
+}
+
+// Tabs and line breaks in an attribute are written as character references, so that a reader
+// does not turn them into blanks; not-a-number and the infinities in XML Schema's forms.
+TEST(Spectral, TabsLineBreaksNaNAndInfinitiesComeBack)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    _tagSSpectralDocument document;
+    document.attributes.strSequenceID = L1("a\tb\nc\rd\r\ne");
+    document.attributes.fIndexOfRefraction = std::numeric_limits<float>::quiet_NaN();
+    document.linearFit = { inf, -inf };
+    document.plots.append({ L1("P"), 1, { { nan, -inf } } });
+    const QByteArray bytes = writtenBytes(document);
+    EXPECT_TRUE(bytes.contains("SequenceID=\"a&#9;b&#10;c&#13;d&#13;&#10;e\"")) << bytes.data();
+    EXPECT_TRUE(bytes.contains("Index.of.Refraction=\"NaN\""));
+    EXPECT_TRUE(bytes.contains("Linear.fit.value.A=\"INF\" Linear.fit.value.B=\"-INF\""));
+    EXPECT_TRUE(bytes.contains("Intensity=\"NaN\" Wave.Length=\"-INF\""));
+
+    const _tagSSpectralDocument read = readBack(bytes);
+    EXPECT_EQ(read.attributes.strSequenceID, document.attributes.strSequenceID);
+    EXPECT_TRUE(std::isnan(read.attributes.fIndexOfRefraction));
+    EXPECT_EQ(read.linearFit.dA, inf);
+    EXPECT_EQ(read.linearFit.dB, -inf);
+    ASSERT_EQ(read.plots.size(), 1);
+    ASSERT_EQ(read.plots.first().values.size(), 1);
+    EXPECT_TRUE(std::isnan(read.plots.first().values.first().dIntensity));
+    EXPECT_EQ(read.plots.first().values.first().dWaveLength, -inf);
+}
+
+// Text that XML cannot carry, even as a character reference, is refused by the operation that
+// is given it; the document is spoiled and its file keeps its old content.
+TEST_F(SpectralFile, TextXMLCannotCarryIsRefusedAndTheOldFileKept)
+{
+    writeBytes(path("s.xml"), SMALL_DOCUMENT);
+    const QString nul(QChar(0));
+    const QString bad[]
+        = { L1("a\x01"), QString(QChar(0xfffe)), QString(QChar(0xffff)),          nul,
+            L1("\x1f"),  QString(QChar(0xd800)), QString(QChar(0xdc00)) + L1("x") };
+    for (const QString& text : bad) {
+        CPLSpectralWrapper wrapper;
+        ASSERT_EQ(wrapper.createSpectralXMLFile(path("s.xml")), PL_SUCCESS);
+        EXPECT_EQ(wrapper.setSpectralAttributes(L1("S"), 1, L1("c1"), text, L1("F"), 1.4f),
+                  PL_INVALID_ARGUMENT);
+        // Later operations write nothing either, and the close saves nothing.
+        EXPECT_EQ(wrapper.setOpenClickInfo(1), PL_INVALID_ARGUMENT);
+        EXPECT_EQ(wrapper.setLinearFitResults(1, 2), PL_INVALID_ARGUMENT);
+        EXPECT_EQ(wrapper.setCloseSpectralAnalysis(), PL_INVALID_ARGUMENT);
+        EXPECT_EQ(readBytes(path("s.xml")), SMALL_DOCUMENT);
+        EXPECT_EQ(files(), QStringList { L1("s.xml") });
+    }
+    // Each operation that takes text refuses it, the date-time text too.
+    const std::function<int(CPLSpectralWrapper&, const QString&)> operations[] = {
+        [](CPLSpectralWrapper& w, const QString& t) {
+            w.setDateTimeText(t);
+            return w.setSpectralAttributes(L1("S"), 1, L1("c"), L1("T"), L1("F"), 1);
+        },
+        [](CPLSpectralWrapper& w, const QString& t) { return w.setClickNumberInfo(L1("c"), t); },
+        [](CPLSpectralWrapper& w, const QString& t) {
+            _tagsROIProperties roi = smallROI();
+            roi.strContourDirections = t;
+            return w.setClickNumberROIProperties(L1("L"), roi, true);
+        },
+        [](CPLSpectralWrapper& w, const QString& t) {
+            return w.setROIMeasurementsProperties(t, 1, 2);
+        },
+        [](CPLSpectralWrapper& w, const QString& t) {
+            return w.setSpectralAnalysisResults(L1("R"), 1, 2, L1("p/s"), 3, 4, t);
+        },
+        [](CPLSpectralWrapper& w, const QString& t) {
+            return w.setOpenSpectralAnalysisPlotResults(t, 1);
+        },
+        [](CPLSpectralWrapper& w, const QString& t) {
+            return w.setOpenSpectralAnalysisFitResults(t, 1);
+        },
+    };
+    for (const auto& operation : operations) {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        CPLSpectralWrapper wrapper;
+        ASSERT_EQ(wrapper.createSpectralXMLDocument(&buffer), PL_SUCCESS);
+        const QByteArray start = buffer.data();
+        EXPECT_EQ(operation(wrapper, L1("x\x02")), PL_INVALID_ARGUMENT);
+        EXPECT_EQ(wrapper.setCloseSpectralAnalysis(), PL_INVALID_ARGUMENT);
+        EXPECT_EQ(buffer.data(), start); // the refused element is not written
+    }
+    // A document written whole through writeSpectralDocument() gives the close's status.
+    _tagSSpectralDocument document = escapedDocument();
+    document.results.first().strFluxUnits = nul;
+    CPLSpectralWrapper wrapper;
+    ASSERT_EQ(wrapper.createSpectralXMLFile(path("s.xml")), PL_SUCCESS);
+    EXPECT_EQ(wrapper.writeSpectralDocument(document), PL_INVALID_ARGUMENT);
+    EXPECT_EQ(readBytes(path("s.xml")), SMALL_DOCUMENT);
+    // Without a document, an operation says so.
+    EXPECT_EQ(wrapper.setOpenClickInfo(1), PL_NOTHING_TO_WORK_ON);
 }
 
 TEST_F(SpectralFile, ReadingReportsWhatIsWrong)

@@ -33,6 +33,32 @@ TEST(XMLWriter, ProtectEscapesTheAmpersandFirst)
               "a&lt;b &amp; &apos;c&apos; &quot;x&quot; &gt; y &amp;lt;\n\t\xc3\xa9\xe2\x82\xac");
 }
 
+// In an attribute a tab and line breaks become character references, which a reader keeps;
+// element text keeps tabs and LF and writes a CR as a reference, which a reader keeps too.
+TEST(XMLWriter, TabsAndLineBreaksSurviveInAttributesAndText)
+{
+    const QString text = L1("a\tb\nc\rd<");
+    AttrMap attrs;
+    attrs.insert(L1("v"), text);
+    EXPECT_EQ(
+        written([&](CPLXMLWriter& w) {
+            w.writeTaggedString(L1("t"), text, attrs);
+            w.writeAtomTag(L1("e"), attrs);
+        }),
+        "<t v=\"a&#9;b&#10;c&#13;d&lt;\">a\tb\nc&#13;d&lt;</t><e v=\"a&#9;b&#10;c&#13;d&lt;\"/>");
+    // protect() alone is unchanged.
+    CPLXMLWriter writer(nullptr, nullptr);
+    EXPECT_EQ(writer.protect(text), L1("a\tb\nc\rd&lt;"));
+
+    EXPECT_TRUE(
+        CPLXMLWriter::isXmlText(L1("\t\n\r x\x7f\x80") + QString::fromUtf8("\xf0\x9f\x98\x80")));
+    EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(L1("ab\x0b")), 2);
+    EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(L1("a") + QChar(0)), 1);
+    EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(QString(QChar(0xfffd)) + QChar(0xffff)), 1);
+    EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(QString(QChar(0xd83d)) + L1("x")), 0);
+    EXPECT_EQ(CPLXMLWriter::nonXmlCharacter(L1("x") + QChar(0xde00)), 1);
+}
+
 TEST(XMLWriter, TagsAndAttributesInNameOrder)
 {
     AttrMap attrs;

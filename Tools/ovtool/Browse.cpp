@@ -237,6 +237,34 @@ EntryKind entryKind(const QByteArray& path, unsigned char type)
     }
 }
 
+// What a file that is no regular file is, in words: "a FIFO", "a socket", "a device".
+QString fileKindText(mode_t mode)
+{
+    if (S_ISFIFO(mode))
+        return QStringLiteral("a FIFO");
+    if (S_ISSOCK(mode))
+        return QStringLiteral("a socket");
+    if (S_ISCHR(mode) || S_ISBLK(mode))
+        return QStringLiteral("a device");
+    if (S_ISDIR(mode))
+        return QStringLiteral("a folder");
+    return QStringLiteral("no regular file");
+}
+
+// Why an entry with a wanted name is left out that entryKind() found to be Other.
+QString irregularReason(const QByteArray& path)
+{
+    struct stat own = {};
+    struct stat target = {};
+    const bool isLink = lstat(path.constData(), &own) == 0 && S_ISLNK(own.st_mode);
+    if (stat(path.constData(), &target) != 0)
+        return QStringLiteral("a symbolic link that leads to no file: ")
+            + QString::fromLocal8Bit(std::strerror(errno));
+    return (isLink ? QStringLiteral("a symbolic link to ")
+                   : QStringLiteral("not a regular file but "))
+        + fileKindText(target.st_mode);
+}
+
 // The path of an entry of `folder`: one slash between them, also when `folder` ends in one.
 QByteArray childPath(const QByteArray& folder, const char* name)
 {
@@ -275,6 +303,8 @@ void walkFolder(const QByteArray& folder, QVector<QByteArray>* pending, Found* f
             found->files.append(QFile::decodeName(path));
             if (onFound)
                 onFound(found->files.size());
+        } else if (kind == EntryKind::Other && wanted) {
+            found->irregularFiles.append({ QFile::decodeName(path), irregularReason(path) });
         }
     }
     if (entries.error() != 0)
@@ -410,8 +440,9 @@ Found findAcquisitions(const QString& folder, const std::function<void(int found
     std::sort(result.files.begin(), result.files.end());
     std::sort(result.sequenceFiles.begin(), result.sequenceFiles.end());
     dropAnalysesOfAcquisitions(&result.files, &result.analysedFolders);
-    std::sort(result.unreadableFolders.begin(), result.unreadableFolders.end(),
-              [](const Skipped& a, const Skipped& b) { return a.path < b.path; });
+    for (QVector<Skipped>* skipped : { &result.unreadableFolders, &result.irregularFiles })
+        std::sort(skipped->begin(), skipped->end(),
+                  [](const Skipped& a, const Skipped& b) { return a.path < b.path; });
     return result;
 }
 
@@ -423,7 +454,7 @@ Result browse(const QString& folder, const std::function<void(int done, int tota
     });
     Result result;
     result.rows.reserve(found.files.size());
-    result.skipped = found.unreadableFolders;
+    result.skipped = found.unreadableFolders + found.irregularFiles;
     Row row;
     Skipped why;
     int done = 0;

@@ -79,6 +79,10 @@ struct Found
     // Folders that could not be listed, with the system's reason: "cannot read the folder:
     // Permission denied". What they hold is left out; the walk goes on elsewhere.
     QVector<Skipped> unreadableFolders;
+    // Entries with the name of an acquisition or sequence file that are no regular file, nor
+    // a link to one: a FIFO, a socket or a device, or a symbolic link to one of those, that
+    // leads nowhere or in a loop. They are never opened (a FIFO would wait for a writer).
+    QVector<Skipped> irregularFiles;
 };
 // Every acquisition file in `folder` and below. Symbolic links to folders are not followed;
 // a symbolic link to a regular file counts as that file. `found`, when given, is called with
@@ -88,7 +92,8 @@ Found findAcquisitions(const QString& folder, const std::function<void(int found
 struct Result
 {
     QVector<Row> rows;
-    // The unreadable folders first, then the acquisitions that could not be read.
+    // The unreadable folders first, then the irregular files, then the acquisitions that
+    // could not be read.
     QVector<Skipped> skipped;
 };
 // Finds and reads every acquisition below `folder`, in path order. `progress`, when given,

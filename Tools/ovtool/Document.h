@@ -43,10 +43,12 @@ QString missingEntry(const CPLClickInfo& document, const QString& sectionKey, co
 
 using TextRole = CPLSection::TextRole;
 // Why `text` cannot be written in the file as a `role` and read back the same, in words for
-// the user; an empty string when it can.
+// the user; an empty string when it can. The verdict is the library's (CPLSection::breaksFile()):
+// white space around a value is dropped as the editor writes it, an empty text is judged by
+// the edit.
 inline QString unwritableText(const QString& text, TextRole role)
 {
-    return CPLSection::textFaultText(text, role);
+    return CPLSection::breaksFile(text, role) ? CPLSection::textFaultText(text, role) : QString();
 }
 // Warns, when `value` holds a "#", of what it reads back as (unless --quiet).
 void warnOfComment(const QString& path, const QString& value);

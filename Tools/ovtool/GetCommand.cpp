@@ -3,13 +3,19 @@
 #include "Tool.h"
 
 #include "PLClickInfo.h"
+#include "PLLoadWarning.h"
 #include "PLSection.h"
+
+#include <algorithm>
 
 int runGet(const QStringList& arguments)
 {
     CommandLine commandLine(QStringLiteral("get"),
                             QStringLiteral("Prints the value of KEY in SECTION alone on a line,\n"
-                                           "without its inline comment (from a \"#\" on)."));
+                                           "without its inline comment (from a \"#\" on).\n"
+                                           "When a DICOM file's last metadata copy was cut off,\n"
+                                           "the value comes from the last complete copy, and\n"
+                                           "a warning on stderr says so (unless --quiet)."));
     addEntryArguments(commandLine, readFileArgumentHelp());
     commandLine.addOption(QStringLiteral("raw"),
                           QStringLiteral("Prints the value as stored, inline comment included."));
@@ -22,6 +28,13 @@ int runGet(const QStringList& arguments)
     CPLClickInfo document;
     if (const int status = loadDocument(path, &document))
         return status;
+    // The value may come from an older copy than the last: a script is told.
+    QList<CPLLoadWarning> cut = document.getLoadWarningList();
+    cut.erase(
+        std::remove_if(cut.begin(), cut.end(),
+                       [](const CPLLoadWarning& w) { return w.kind() != CPLLoadWarning::CutCopy; }),
+        cut.end());
+    warnOfLoad(cut);
     const QString missing = missingEntry(document, sectionKey, key);
     if (!missing.isEmpty()) {
         const QString afterNul = keyAfterNul(document, path, key);

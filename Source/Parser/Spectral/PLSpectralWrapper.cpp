@@ -11,6 +11,7 @@
 #include <QTime>
 #include <QtDebug>
 
+#include <cmath>
 #include <new>
 
 using namespace PLSpectral;
@@ -44,9 +45,14 @@ QString text(int value)
     return QStringLiteral("%1").arg(value);
 }
 
-// "%g": 6 significant digits, no field width.
+// "%g": 6 significant digits, no field width; "NaN", "INF" and "-INF" as XML Schema writes
+// them (QString::toDouble() reads them back).
 QString text(double value)
 {
+    if (std::isnan(value))
+        return QStringLiteral("NaN");
+    if (std::isinf(value))
+        return value > 0 ? QStringLiteral("INF") : QStringLiteral("-INF");
     return QStringLiteral("%1").arg(value, 0, 'g');
 }
 
@@ -99,6 +105,7 @@ int CPLSpectralWrapper::createSpectralXMLFile(const QString& fileName)
         if (status != PL_SUCCESS)
             return status;
         m_file = std::move(file);
+        m_strFileName = fileName;
         startDocument(m_file->device());
         return PL_SUCCESS;
     });
@@ -111,6 +118,7 @@ int CPLSpectralWrapper::createSpectralXMLDocument(QIODevice* device)
         return PL_NULL_ARGUMENT;
     if (!device->isWritable())
         return PL_INVALID_ARGUMENT;
+    m_strFileName = QStringLiteral("spectral document");
     startDocument(device);
     return PL_SUCCESS;
 }
@@ -132,6 +140,7 @@ void CPLSpectralWrapper::startDocument(QIODevice* device)
 
 void CPLSpectralWrapper::discardDocument()
 {
+    m_bRefused = false;
     m_writer.reset();
     if (m_file)
         m_file->cancel();
@@ -154,86 +163,99 @@ void CPLSpectralWrapper::setDateAndTime()
         + QLatin1String(", ") + c.toString(QDate::currentDate(), QStringLiteral("ddd MMM d yyyy"));
 }
 
-void CPLSpectralWrapper::setSpectralAttributes(const QString& sequenceID, int numberOfClicks,
-                                               const QString& activeImage,
-                                               const QString& tissueProperty,
-                                               const QString& sourceModel, float indexOfRefraction)
+int CPLSpectralWrapper::setSpectralAttributes(const QString& sequenceID, int numberOfClicks,
+                                              const QString& activeImage,
+                                              const QString& tissueProperty,
+                                              const QString& sourceModel, float indexOfRefraction)
 {
     setDateAndTime();
-    writeAttributes(m_strDateTime,
-                    { QString(), sequenceID, numberOfClicks, activeImage, tissueProperty,
-                      sourceModel, indexOfRefraction });
+    return writeAttributes(m_strDateTime,
+                           { QString(), sequenceID, numberOfClicks, activeImage, tissueProperty,
+                             sourceModel, indexOfRefraction });
 }
 
-void CPLSpectralWrapper::writeAttributes(const QString& dateTime,
-                                         const _tagSSpectralAttributes& attributes)
+int CPLSpectralWrapper::writeAttributes(const QString& dateTime,
+                                        const _tagSSpectralAttributes& attributes)
 {
-    writeAtom(Attributes,
-              { { DATE_TIME, dateTime },
-                { SEQUENCE_ID, attributes.strSequenceID },
-                { NUMBER_OF_CLICKS, text(attributes.nNumberOfClicks) },
-                { ACTIVE_IMAGE, attributes.strActiveImage },
-                { TISSUE_PROPERTY, attributes.strTissueProperty },
-                { SOURCE_MODEL, attributes.strSourceModel },
-                { INDEX_OF_REFRACTION, text(double(attributes.fIndexOfRefraction)) } });
+    if (const int status = mayWrite({ dateTime, attributes.strSequenceID, attributes.strActiveImage,
+                                      attributes.strTissueProperty, attributes.strSourceModel }))
+        return status;
+    return writeAtom(Attributes,
+                     { { DATE_TIME, dateTime },
+                       { SEQUENCE_ID, attributes.strSequenceID },
+                       { NUMBER_OF_CLICKS, text(attributes.nNumberOfClicks) },
+                       { ACTIVE_IMAGE, attributes.strActiveImage },
+                       { TISSUE_PROPERTY, attributes.strTissueProperty },
+                       { SOURCE_MODEL, attributes.strSourceModel },
+                       { INDEX_OF_REFRACTION, text(double(attributes.fIndexOfRefraction)) } });
 }
 
-void CPLSpectralWrapper::setOpenClickInfo(int totalClicks)
+int CPLSpectralWrapper::setOpenClickInfo(int totalClicks)
 {
-    writeOpen(ClickInfo, { { TOTAL_CLICKS, text(totalClicks) } });
+    return writeOpen(ClickInfo, { { TOTAL_CLICKS, text(totalClicks) } });
 }
 
-void CPLSpectralWrapper::setClickNumberInfo(const QString& clickNumber, const QString& wavelength)
+int CPLSpectralWrapper::setClickNumberInfo(const QString& clickNumber, const QString& wavelength)
 {
-    writeOpen(Click,
-              { { CLICK_NUMBER, clickNumber }, { IMAGE_WAVELENGTH, nanometres(wavelength) } });
+    if (const int status = mayWrite({ clickNumber, wavelength }))
+        return status;
+    return writeOpen(
+        Click, { { CLICK_NUMBER, clickNumber }, { IMAGE_WAVELENGTH, nanometres(wavelength) } });
 }
 
-void CPLSpectralWrapper::setClickNumberFilterProperties(int centralWavelength, float bandWidth,
-                                                        float avgTransmission)
+int CPLSpectralWrapper::setClickNumberFilterProperties(int centralWavelength, float bandWidth,
+                                                       float avgTransmission)
 {
-    writeAtom(FilterProperties,
-              { { CENTRAL_WAVELENGTH, nanometres(text(centralWavelength)) },
-                { BAND_WIDTH, text(double(bandWidth)) },
-                { AVG_TRANSMISSION, text(double(avgTransmission)) } });
+    return writeAtom(FilterProperties,
+                     { { CENTRAL_WAVELENGTH, nanometres(text(centralWavelength)) },
+                       { BAND_WIDTH, text(double(bandWidth)) },
+                       { AVG_TRANSMISSION, text(double(avgTransmission)) } });
 }
 
-void CPLSpectralWrapper::setClickNumberROIProperties(const QString& roiLabel,
-                                                     const _tagsROIProperties& roi, bool useLabel)
+int CPLSpectralWrapper::setClickNumberROIProperties(const QString& roiLabel,
+                                                    const _tagsROIProperties& roi, bool useLabel)
 {
+    if (const int status = mayWrite({ roiLabel, roi.strROIName, roi.strROIShape, roi.strROIType,
+                                      roi.strLockPosition, roi.strLockSize, roi.strBkgROI,
+                                      roi.strBkgAssociation, roi.strContourDirections }))
+        return status;
     writeOpen(ClickROI,
               { { PLSpectral::ROI, roi.strROIName },
                 { ROI_LABEL, useLabel ? roiLabel : roi.strROIName } });
     writeAtom(ROIProperties, roiPropertiesAttributes(roi));
-    writeClose(ClickROI);
+    return writeClose(ClickROI);
 }
 
-void CPLSpectralWrapper::setROIMeasurementsProperties(const QString& filterLabel, double totalFlux,
-                                                      double averageRadiance)
+int CPLSpectralWrapper::setROIMeasurementsProperties(const QString& filterLabel, double totalFlux,
+                                                     double averageRadiance)
 {
+    if (const int status = mayWrite({ filterLabel }))
+        return status;
     writeOpen(ClickROI, AttrMap());
     writeAtom(ROIMeasurements,
               { { FILTER_LABEL, filterLabel },
                 { TOTAL_FLUX, text(totalFlux) },
                 { AVERAGE_RADIANCE, text(averageRadiance) } });
-    writeClose(ClickROI);
+    return writeClose(ClickROI);
 }
 
-void CPLSpectralWrapper::setCloseClickNumberInfo()
+int CPLSpectralWrapper::setCloseClickNumberInfo()
 {
-    writeClose(Click);
+    return writeClose(Click);
 }
 
-void CPLSpectralWrapper::setCloseClickInfo()
+int CPLSpectralWrapper::setCloseClickInfo()
 {
-    writeClose(ClickInfo);
+    return writeClose(ClickInfo);
 }
 
-void CPLSpectralWrapper::setSpectralAnalysisResults(const QString& roi, double totalFlux,
-                                                    double fluxStdDev, const QString& fluxUnits,
-                                                    double averageDepth, double depthStdDev,
-                                                    const QString& depthUnits)
+int CPLSpectralWrapper::setSpectralAnalysisResults(const QString& roi, double totalFlux,
+                                                   double fluxStdDev, const QString& fluxUnits,
+                                                   double averageDepth, double depthStdDev,
+                                                   const QString& depthUnits)
 {
+    if (const int status = mayWrite({ roi, fluxUnits, depthUnits }))
+        return status;
     writeOpen(Results, { { PLSpectral::ROI, roi } });
     writeAtom(ResultsFlux,
               { { TOTAL_FLUX, text(totalFlux) },
@@ -243,58 +265,69 @@ void CPLSpectralWrapper::setSpectralAnalysisResults(const QString& roi, double t
               { { AVERAGE_DEPTH, text(averageDepth) },
                 { DEPTH_STD_DEV, text(depthStdDev) },
                 { DEPTH_UNITS, depthUnits } });
-    writeClose(Results);
+    return writeClose(Results);
 }
 
-void CPLSpectralWrapper::setOpenSpectralAnalysisPlotResults(const QString& roiLabel,
-                                                            int totalPlotValues)
+int CPLSpectralWrapper::setOpenSpectralAnalysisPlotResults(const QString& roiLabel,
+                                                           int totalPlotValues)
 {
-    writeOpen(PlotResults,
-              { { ROI_LABEL, roiLabel }, { TOTAL_PLOT_VALUES, text(totalPlotValues) } });
+    if (const int status = mayWrite({ roiLabel }))
+        return status;
+    return writeOpen(PlotResults,
+                     { { ROI_LABEL, roiLabel }, { TOTAL_PLOT_VALUES, text(totalPlotValues) } });
 }
 
-void CPLSpectralWrapper::setSpectralAnalysisPlotResults(double intensity, double waveLength)
+int CPLSpectralWrapper::setSpectralAnalysisPlotResults(double intensity, double waveLength)
 {
-    writeAtom(PlotValues, { { INTENSITY, text(intensity) }, { WAVE_LENGTH, text(waveLength) } });
+    return writeAtom(PlotValues,
+                     { { INTENSITY, text(intensity) }, { WAVE_LENGTH, text(waveLength) } });
 }
 
-void CPLSpectralWrapper::setCloseSpectralAnalysisPlotResults()
+int CPLSpectralWrapper::setCloseSpectralAnalysisPlotResults()
 {
-    writeClose(PlotResults);
+    return writeClose(PlotResults);
 }
 
-void CPLSpectralWrapper::setOpenSpectralAnalysisFitResults(const QString& roiLabel,
-                                                           int totalFitValues)
+int CPLSpectralWrapper::setOpenSpectralAnalysisFitResults(const QString& roiLabel,
+                                                          int totalFitValues)
 {
-    writeOpen(FitResults, { { ROI_LABEL, roiLabel }, { TOTAL_FIT_VALUES, text(totalFitValues) } });
+    if (const int status = mayWrite({ roiLabel }))
+        return status;
+    return writeOpen(FitResults,
+                     { { ROI_LABEL, roiLabel }, { TOTAL_FIT_VALUES, text(totalFitValues) } });
 }
 
-void CPLSpectralWrapper::setSpectralAnalysisFitResults(double intensity, double attenuation,
-                                                       double fitValue, double horizontalError,
-                                                       double verticalError)
+int CPLSpectralWrapper::setSpectralAnalysisFitResults(double intensity, double attenuation,
+                                                      double fitValue, double horizontalError,
+                                                      double verticalError)
 {
-    writeAtom(FitValues,
-              { { INTENSITY, text(intensity) },
-                { ATTENUATION, text(attenuation) },
-                { FIT_VALUE, text(fitValue) },
-                { HORIZONTAL_ERROR, text(horizontalError) },
-                { VERTICAL_ERROR, text(verticalError) } });
+    return writeAtom(FitValues,
+                     { { INTENSITY, text(intensity) },
+                       { ATTENUATION, text(attenuation) },
+                       { FIT_VALUE, text(fitValue) },
+                       { HORIZONTAL_ERROR, text(horizontalError) },
+                       { VERTICAL_ERROR, text(verticalError) } });
 }
 
-void CPLSpectralWrapper::setCloseSpectralAnalysisFitResults()
+int CPLSpectralWrapper::setCloseSpectralAnalysisFitResults()
 {
-    writeClose(FitResults);
+    return writeClose(FitResults);
 }
 
-void CPLSpectralWrapper::setLinearFitResults(double a, double b)
+int CPLSpectralWrapper::setLinearFitResults(double a, double b)
 {
-    writeAtom(LinearFitValues, { { LINEAR_FIT_A, text(a) }, { LINEAR_FIT_B, text(b) } });
+    return writeAtom(LinearFitValues, { { LINEAR_FIT_A, text(a) }, { LINEAR_FIT_B, text(b) } });
 }
 
 int CPLSpectralWrapper::setCloseSpectralAnalysis()
 {
     if (!m_writer)
         return PL_NOTHING_TO_WORK_ON;
+    if (m_bRefused) {
+        // The document holds a refused text: it is not saved.
+        discardDocument();
+        return PL_INVALID_ARGUMENT;
+    }
     writeClose(Root);
     const bool written = m_writer->flush();
     m_writer.reset();
@@ -347,20 +380,49 @@ int CPLSpectralWrapper::writeSpectralDocument(const _tagSSpectralDocument& docum
     return setCloseSpectralAnalysis();
 }
 
-void CPLSpectralWrapper::writeOpen(int elementId, const AttrMap& attrs)
+int CPLSpectralWrapper::mayWrite(std::initializer_list<QString> texts)
 {
-    if (m_writer)
+    if (!m_writer)
+        return PL_NOTHING_TO_WORK_ON;
+    if (m_bRefused)
+        return PL_INVALID_ARGUMENT;
+    for (const QString& text : texts) {
+        const int bad = CPLXMLWriter::nonXmlCharacter(text);
+        if (bad >= 0) {
+            qCWarning(lcOvXml).noquote()
+                << QStringLiteral("%1: a text holds U+%2, which XML cannot carry; the document "
+                                  "is not saved")
+                       .arg(m_strFileName,
+                            QString::number(text.at(bad).unicode(), 16)
+                                .toUpper()
+                                .rightJustified(4, QLatin1Char('0')));
+            m_bRefused = true;
+            return PL_INVALID_ARGUMENT;
+        }
+    }
+    return PL_SUCCESS;
+}
+
+int CPLSpectralWrapper::writeOpen(int elementId, const AttrMap& attrs)
+{
+    const int status = mayWrite();
+    if (status == PL_SUCCESS)
         m_writer->writeOpenTag(elementName(ElementId(elementId)), attrs);
+    return status;
 }
 
-void CPLSpectralWrapper::writeAtom(int elementId, const AttrMap& attrs)
+int CPLSpectralWrapper::writeAtom(int elementId, const AttrMap& attrs)
 {
-    if (m_writer)
+    const int status = mayWrite();
+    if (status == PL_SUCCESS)
         m_writer->writeAtomTag(elementName(ElementId(elementId)), attrs);
+    return status;
 }
 
-void CPLSpectralWrapper::writeClose(int elementId)
+int CPLSpectralWrapper::writeClose(int elementId)
 {
-    if (m_writer)
+    const int status = mayWrite();
+    if (status == PL_SUCCESS)
         m_writer->writeCloseTag(elementName(ElementId(elementId)));
+    return status;
 }

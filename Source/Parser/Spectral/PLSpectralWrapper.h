@@ -7,6 +7,7 @@
 #include <QList>
 #include <QString>
 
+#include <initializer_list>
 #include <memory>
 
 class CPLXMLReader;
@@ -29,8 +30,10 @@ OVPARSER_EXPORT extern const _tagSElementInfo gsElementInfo[SPECTRAL_ELEMENT_COU
 // The records below hold what the set operations of CPLSpectralWrapper write and what its
 // get operations read back, one member per attribute, in the order of the parameters.
 // Floating-point values are written with 6 significant digits ("%g"), so they read back
-// rounded to 6 significant digits; integers and texts read back exactly (a text without
-// line breaks or tabs, which XML reads back as blanks in an attribute).
+// rounded to 6 significant digits; not-a-number is written "NaN" and the infinities "INF"
+// and "-INF" (the forms of XML Schema), which read back as NaN and the infinities. Integers
+// and texts read back exactly, tabs and line breaks included (they are written as character
+// references). A text that XML cannot carry is refused (see the set operations).
 
 // The analysis attributes ("OV3.0.SpectralAnalysis.Attributes").
 struct _tagSSpectralAttributes
@@ -184,7 +187,8 @@ struct _tagSSpectralDocument
 // values, close); setLinearFitResults; setCloseSpectralAnalysis.
 //
 // Numbers: integers in decimal, floating-point values with "%g" (6 significant digits: 0.5
-// gives "0.5", 1234567 gives "1.23457e+06"), wavelengths followed by "nm".
+// gives "0.5", 1234567 gives "1.23457e+06") or as "NaN", "INF", "-INF", wavelengths followed
+// by "nm".
 //
 // Nothing lost: the file is saved as every file of the library is (its lock "<file>.lock" is
 // held while the document is written; the new content replaces the file through the lock
@@ -228,52 +232,58 @@ public:
     // The date-time text taken last.
     QString getDateTimeText() const { return m_strDateTime; }
 
-    // The set operations, in document order. Each writes the element named on it.
+    // The set operations, in document order. Each writes the element named on it and returns
+    // 0; 33 when no document is being written; 31 for a text that XML cannot carry
+    // (CPLXMLWriter::isXmlText(): a NUL or another control character but tab, LF and CR,
+    // U+FFFE, U+FFFF, a lone surrogate), the date-time text included. A refused text writes
+    // nothing and spoils the document: every later operation writes nothing and returns 31,
+    // and setCloseSpectralAnalysis() discards it (a file keeps its old content).
     // "...Attributes": "Date.Time" is taken now (setDateAndTime()).
-    void setSpectralAttributes(const QString& sequenceID, int numberOfClicks,
-                               const QString& activeImage, const QString& tissueProperty,
-                               const QString& sourceModel, float indexOfRefraction);
+    int setSpectralAttributes(const QString& sequenceID, int numberOfClicks,
+                              const QString& activeImage, const QString& tissueProperty,
+                              const QString& sourceModel, float indexOfRefraction);
     // Opens "...ClickInfo".
-    void setOpenClickInfo(int totalClicks);
+    int setOpenClickInfo(int totalClicks);
     // Opens "...ClickInfo.Click"; "Image.Wavelength" is `wavelength` followed by "nm".
-    void setClickNumberInfo(const QString& clickNumber, const QString& wavelength);
+    int setClickNumberInfo(const QString& clickNumber, const QString& wavelength);
     // "...Click.Filter.Properties"; "Central.Wavelength" is the number followed by "nm".
-    void setClickNumberFilterProperties(int centralWavelength, float bandWidth,
-                                        float avgTransmission);
+    int setClickNumberFilterProperties(int centralWavelength, float bandWidth,
+                                       float avgTransmission);
     // "...Click.ROI" holding "...Click.ROI.Properties". "ROI" is the record's ROI name.
     // "ROI.Label" is `roiLabel` when `useLabel` is set; otherwise the ROI has no label of its
     // own and its name is written as its label too (and reads back as its label).
-    void setClickNumberROIProperties(const QString& roiLabel, const _tagsROIProperties& roi,
-                                     bool useLabel);
+    int setClickNumberROIProperties(const QString& roiLabel, const _tagsROIProperties& roi,
+                                    bool useLabel);
     // "...Click.ROI" (without attributes) holding "...Click.ROI.Measurements".
-    void setROIMeasurementsProperties(const QString& filterLabel, double totalFlux,
-                                      double averageRadiance);
+    int setROIMeasurementsProperties(const QString& filterLabel, double totalFlux,
+                                     double averageRadiance);
     // Closes "...ClickInfo.Click".
-    void setCloseClickNumberInfo();
+    int setCloseClickNumberInfo();
     // Closes "...ClickInfo".
-    void setCloseClickInfo();
+    int setCloseClickInfo();
     // "...Results" holding "...Results.Flux" and "...Results.Depth".
-    void setSpectralAnalysisResults(const QString& roi, double totalFlux, double fluxStdDev,
-                                    const QString& fluxUnits, double averageDepth,
-                                    double depthStdDev, const QString& depthUnits);
+    int setSpectralAnalysisResults(const QString& roi, double totalFlux, double fluxStdDev,
+                                   const QString& fluxUnits, double averageDepth,
+                                   double depthStdDev, const QString& depthUnits);
     // Opens "...Plot.Results".
-    void setOpenSpectralAnalysisPlotResults(const QString& roiLabel, int totalPlotValues);
+    int setOpenSpectralAnalysisPlotResults(const QString& roiLabel, int totalPlotValues);
     // "...Plot.Values".
-    void setSpectralAnalysisPlotResults(double intensity, double waveLength);
+    int setSpectralAnalysisPlotResults(double intensity, double waveLength);
     // Closes "...Plot.Results".
-    void setCloseSpectralAnalysisPlotResults();
+    int setCloseSpectralAnalysisPlotResults();
     // Opens "...Fit.Results".
-    void setOpenSpectralAnalysisFitResults(const QString& roiLabel, int totalFitValues);
+    int setOpenSpectralAnalysisFitResults(const QString& roiLabel, int totalFitValues);
     // "...Fit.Values".
-    void setSpectralAnalysisFitResults(double intensity, double attenuation, double fitValue,
-                                       double horizontalError, double verticalError);
+    int setSpectralAnalysisFitResults(double intensity, double attenuation, double fitValue,
+                                      double horizontalError, double verticalError);
     // Closes "...Fit.Results".
-    void setCloseSpectralAnalysisFitResults();
+    int setCloseSpectralAnalysisFitResults();
     // "...Linear.Fit.Values".
-    void setLinearFitResults(double a, double b);
+    int setLinearFitResults(double a, double b);
     // Closes the root and ends the document: a file then replaces the old one. Returns 0
     // when the whole document was written, 31 when a write, sync, close or rename failed (a
-    // file then keeps its old content; getLastSystemError() tells why), 33 when no document
+    // file then keeps its old content; getLastSystemError() tells why) or when a set
+    // operation refused a text (nothing is written, the old file stays), 33 when no document
     // was being written.
     int setCloseSpectralAnalysis();
 
@@ -318,13 +328,18 @@ private:
     void startDocument(QIODevice* device);
     // Ends an unfinished document without replacing any file.
     void discardDocument();
-    void writeAttributes(const QString& dateTime, const _tagSSpectralAttributes& attributes);
-    void writeOpen(int elementId, const AttrMap& attrs);
-    void writeAtom(int elementId, const AttrMap& attrs);
-    void writeClose(int elementId);
+    int writeAttributes(const QString& dateTime, const _tagSSpectralAttributes& attributes);
+    // Whether the next element may be written: 33 without a document, 31 when it was spoiled
+    // before or `texts` hold one that XML cannot carry (the document is spoiled then), else 0.
+    int mayWrite(std::initializer_list<QString> texts = {});
+    int writeOpen(int elementId, const AttrMap& attrs);
+    int writeAtom(int elementId, const AttrMap& attrs);
+    int writeClose(int elementId);
 
     std::unique_ptr<CPLFileWriter> m_file;
     std::unique_ptr<CPLXMLWriter> m_writer;
+    QString m_strFileName; // of the document being written, for messages
+    bool m_bRefused = false; // the document being written holds a refused text
     QString m_strDateTime;
     QString m_strFixedDateTime;
     // The document read by the last successful load, and which of its single elements it

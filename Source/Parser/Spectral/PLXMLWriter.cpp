@@ -43,10 +43,36 @@ QString CPLXMLWriter::protect(const QString& text) const
 QString CPLXMLWriter::opening(const QString& tag, const AttrMap& attrs) const
 {
     QString text = QLatin1Char('<') + tag;
-    for (auto attr = attrs.cbegin(); attr != attrs.cend(); ++attr)
-        text += QLatin1Char(' ') + attr.key() + QLatin1String("=\"") + protect(attr.value())
-            + QLatin1Char('"');
+    for (auto attr = attrs.cbegin(); attr != attrs.cend(); ++attr) {
+        // A reader turns a raw tab or line break in an attribute into a blank.
+        QString value = protect(attr.value());
+        value.replace(QLatin1Char('\t'), QLatin1String("&#9;"));
+        value.replace(QLatin1Char('\n'), QLatin1String("&#10;"));
+        value.replace(QLatin1Char('\r'), QLatin1String("&#13;"));
+        text += QLatin1Char(' ') + attr.key() + QLatin1String("=\"") + value + QLatin1Char('"');
+    }
     return text + QLatin1Char('>');
+}
+
+bool CPLXMLWriter::isXmlText(const QString& text)
+{
+    return nonXmlCharacter(text) < 0;
+}
+
+int CPLXMLWriter::nonXmlCharacter(const QString& text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const ushort c = text.at(i).unicode();
+        if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0xfffe || c == 0xffff
+            || QChar::isLowSurrogate(c))
+            return i;
+        if (QChar::isHighSurrogate(c)) {
+            if (i + 1 == text.size() || !text.at(i + 1).isLowSurrogate())
+                return i;
+            ++i; // the pair is one character
+        }
+    }
+    return -1;
 }
 
 void CPLXMLWriter::writePendingIndent()
@@ -71,7 +97,8 @@ void CPLXMLWriter::writeRaw(const QString& text)
 
 void CPLXMLWriter::writeString(const QString& text)
 {
-    writeRaw(protect(text));
+    // A reader turns a raw CR (and CR LF) in element text into a LF.
+    writeRaw(protect(text).replace(QLatin1Char('\r'), QLatin1String("&#13;")));
 }
 
 void CPLXMLWriter::writeOpenTag(const QString& tag, const AttrMap& attrs)

@@ -16,7 +16,15 @@ using AttrMap = QMap<QString, QString>;
 
 // A small streaming XML writer: writes tags and text straight to a device through a text
 // stream, escaping character data and attribute values. It does not validate: element and
-// attribute names are written as given, and nesting is the caller's business.
+// attribute names are written as given, and nesting is the caller's business; whether a text
+// can be written at all (isXmlText()) is the caller's to ask.
+//
+// Escaping: both element text and attribute values go through protect() (the five entities).
+// On top of that, where attribute values are written (opening(), and so every tag with
+// attributes), a tab, a LF and a CR are written as the character references "&#9;", "&#10;"
+// and "&#13;": a reader replaces each of them by a blank when it stands raw in an attribute,
+// and keeps it when it is a reference, so they read back as they were. Element text keeps
+// tabs and LF raw and writes a CR as "&#13;", which a reader would otherwise turn into a LF.
 //
 // Tags never end a line by themselves; newLine() does. After a line break the next tag is
 // indented by 4 blanks per open element, so a caller that wants one element per line calls
@@ -42,8 +50,15 @@ public:
     // non-ASCII characters are left to the codec.
     QString protect(const QString& text) const;
     // The start tag: "<", the tag, then for each attribute in name order a blank, the name,
-    // "=\"", the protected value and "\"", then ">". Names are not escaped.
+    // "=\"", the protected value (tabs and line breaks as character references) and "\"",
+    // then ">". Names are not escaped.
     QString opening(const QString& tag, const AttrMap& attrs) const;
+    // Whether XML 1.0 can carry `text` in element text or an attribute value, as itself or as
+    // a character reference: false for a NUL, any other control character below 0x20 but tab,
+    // LF and CR, U+FFFE, U+FFFF, and a surrogate that is not half of a pair.
+    static bool isXmlText(const QString& text);
+    // The position of the first character of `text` that XML cannot carry; -1 when none.
+    static int nonXmlCharacter(const QString& text);
 
     // Writes the indentation when a line break came before, once.
     void writePendingIndent();
@@ -51,7 +66,7 @@ public:
     void newLine();
     // Writes `text` as it is (no escaping, no indentation).
     void writeRaw(const QString& text);
-    // Writes `text` escaped (no indentation).
+    // Writes `text` escaped, a CR as "&#13;" (no indentation).
     void writeString(const QString& text);
     // A start tag; what follows is one level deeper.
     void writeOpenTag(const QString& tag, const AttrMap& attrs = AttrMap());

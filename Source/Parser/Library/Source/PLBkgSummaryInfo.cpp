@@ -1,6 +1,7 @@
 #include "PLBkgSummaryInfo.h"
 
 #include "PLConstants.h"
+#include "PLKeyHash_p.h"
 #include "PLLogging_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
@@ -421,7 +422,11 @@ bool sBkgEntry::operator==(const sBkgEntry& other) const
         && m_strPathName == other.m_strPathName && m_strFileName == other.m_strFileName;
 }
 
-CPLBkgSummaryInfo::CPLBkgSummaryInfo() = default;
+CPLBkgSummaryInfo::CPLBkgSummaryInfo()
+{
+    // A second section under an entry's ID (a note about it) is kept where it stood.
+    setRepeatedSectionRule(KeepApart);
+}
 
 CPLBkgSummaryInfo::~CPLBkgSummaryInfo() = default;
 
@@ -438,10 +443,11 @@ int CPLBkgSummaryInfo::load(const QString& folder)
     if (!QFileInfo(folder).isDir())
         return PL_FOLDER_MISSING;
     clearData();
-    const int status
-        = loadClickInfo(folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME);
+    const QString summary = folder + QLatin1Char('/') + PLConstants::BKGSUMMARY_TXT_FILENAME;
+    const int status = loadClickInfo(summary);
     if (status != PL_SUCCESS)
         return status;
+    noteRepeatedSections();
     const QList<sBkgEntry> entries = checkSections();
     for (const Family family : { Luminescent, Fluorescent })
         compareIndex(family, indexPath(folder, family), entries, &m_LibraryWarnings);
@@ -481,9 +487,46 @@ int CPLBkgSummaryInfo::loadSummary(const QString& filePath)
 {
     clearData();
     const int status = loadClickInfo(filePath);
-    if (status == PL_SUCCESS)
+    if (status == PL_SUCCESS) {
+        noteRepeatedSections();
         checkSections();
+    }
     return status;
+}
+
+template<typename Take> void CPLBkgSummaryInfo::forEachEntry(Take take) const
+{
+    const QStringList keys = getSectionKeys();
+    for (int position = 0; position < keys.size(); ++position) {
+        const CPLSection& section = *(*this)[position];
+        sBkgEntry entry;
+        if (!isRepeat(keys.at(position), section) && readEntry(section, &entry).isEmpty())
+            take(entry);
+    }
+}
+
+bool CPLBkgSummaryInfo::isRepeat(const QString& mapKey, const CPLSection& section)
+{
+    QString key;
+    section.getSectionKey(&key);
+    return key != mapKey;
+}
+
+void CPLBkgSummaryInfo::noteRepeatedSections()
+{
+    const QStringList keys = getSectionKeys();
+    for (const QString& mapKey : keys) {
+        const CPLSection& section = *(*this)[mapKey];
+        if (!isRepeat(mapKey, section))
+            continue;
+        QString key;
+        section.getSectionKey(&key);
+        m_LibraryWarnings.append(
+            QStringLiteral("%1: section %2 repeats the ID of the entry on line %3; kept as it "
+                           "stands and saved back there, not read as an entry")
+                .arg(getSectionOrigin(mapKey).toString(), quoted(key))
+                .arg(getSectionOrigin(key).line));
+    }
 }
 
 int CPLBkgSummaryInfo::saveSummary(const QString& filePath) const
@@ -496,6 +539,8 @@ QList<sBkgEntry> CPLBkgSummaryInfo::checkSections()
     QList<sBkgEntry> entries;
     const QStringList keys = getSectionKeys();
     for (const QString& key : keys) {
+        if (isRepeat(key, *(*this)[key]))
+            continue; // told by noteRepeatedSections()
         sBkgEntry entry;
         const QString fault = readEntry(*(*this)[key], &entry);
         if (fault.isEmpty()) {
@@ -521,13 +566,8 @@ int CPLBkgSummaryInfo::getEntries(QList<sBkgEntry>* entries) const
     if (!entries)
         return PL_NULL_ARGUMENT;
     QList<sBkgEntry> list;
-    const int count = sectionCount();
-    list.reserve(count);
-    for (int position = 0; position < count; ++position) {
-        sBkgEntry entry;
-        if (readEntry(*(*this)[position], &entry).isEmpty())
-            list.append(entry);
-    }
+    list.reserve(sectionCount());
+    forEachEntry([&](const sBkgEntry& entry) { list.append(entry); });
     *entries = list;
     return PL_SUCCESS;
 }
@@ -671,6 +711,14 @@ int CPLBkgSummaryInfo::removeEntry(const QString& id)
         return PL_EMPTY_KEY;
     if (!isSectionPresent(id))
         return PL_KEY_NOT_FOUND;
+    // The sections that repeat the ID go with it: the first of them would be the entry after
+    // the next load.
+    const QStringList keys = getSectionKeys();
+    for (const QString& key : keys) {
+        if (isRepeat(key, *(*this)[key])
+            && PLKeyHash::equal(key.section(QLatin1Char('\n'), 0, 0), id))
+            removeSection(key);
+    }
     return removeSection(id);
 }
 
@@ -699,12 +747,7 @@ int CPLBkgSummaryInfo::findBackground(const CPLSection& imageSection, sBkgEntry*
     if (status != PL_SUCCESS)
         return status;
     Matcher matcher(acquisition, tolerance);
-    const int count = sectionCount();
-    for (int position = 0; position < count; ++position) {
-        sBkgEntry candidate;
-        if (readEntry(*(*this)[position], &candidate).isEmpty())
-            matcher.consider(candidate);
-    }
+    forEachEntry([&](const sBkgEntry& candidate) { matcher.consider(candidate); });
     if (!matcher.found) {
         if (reason)
             *reason = matcher.reason();

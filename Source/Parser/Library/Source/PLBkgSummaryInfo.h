@@ -69,7 +69,11 @@ struct OVPARSER_EXPORT sBkgEntry
 // and "FileName" the image is "background.tif" in the folder named after the ID, as addEntry()
 // writes it). Any other section (a hand-written note, an entry with a number that does not
 // read) is kept and saved as it stands, but not listed, matched or indexed; the load says so
-// in getLibraryWarnings().
+// in getLibraryWarnings(). So is a section that repeats the ID of a section before it (a
+// note about that entry, say): it is kept where it stood and saved back there, and the
+// library warning names its line and the entry's ("FILE:LINE: section "SL0001" repeats the
+// ID of the entry on line 2; ..."); getSectionKeys() lists it under "<ID>\n<line>", a key no
+// file can hold, and removeEntry() removes it with the entry.
 // Comments, CR LF line ends and repeated keys load as in any sectioned document, with their
 // load warnings (getLoadWarnings()).
 //
@@ -167,8 +171,8 @@ public:
     // (CPLSection::textFault(), a "/" or ".." in the ID), or an ID already present. Nothing
     // is changed on failure.
     int addEntry(const sBkgEntry& entry, QString* id = nullptr);
-    // Removes the section with this ID (the background's folder is left on disk). 19 for an
-    // empty ID, 24 when there is none.
+    // Removes the section with this ID, and the sections that repeat the ID (the background's
+    // folder is left on disk). 19 for an empty ID, 24 when there is none.
     int removeEntry(const QString& id);
 
     // The background for the acquisition described by `acquisition`'s "luminescent image"
@@ -205,6 +209,14 @@ private:
     // Checks every section after a load, notes those that are not usable entries, and
     // returns the usable ones (what getEntries() gives), so that a load reads each once.
     QList<sBkgEntry> checkSections();
+    // Notes in the library warnings every section that a load kept apart because an earlier
+    // section has its ID (CPLSectionedDocument::KeepApart).
+    void noteRepeatedSections();
+    // Whether the section kept under `mapKey` repeats an earlier section's ID.
+    static bool isRepeat(const QString& mapKey, const CPLSection& section);
+    // Calls `take` with each usable entry, in the summary's order; a section that repeats an
+    // earlier section's ID is none.
+    template<typename Take> void forEachEntry(Take take) const;
     // checkIndex() against the usable entries already read.
     void compareIndex(Family family, const QString& filePath, const QList<sBkgEntry>& entries,
                       QStringList* disagreements) const;

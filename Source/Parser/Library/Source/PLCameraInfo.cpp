@@ -377,6 +377,20 @@ QString systemTypeOfText(const QString& text)
                             .trimmed());
 }
 
+// The values of every key line of `key` (in any case) in `text`, whatever its section, in
+// order: what a merge of the text could take.
+QStringList keyValues(const QString& text, const QString& key)
+{
+    QStringList values;
+    for (const QStringRef& line : text.splitRef(QLatin1Char('\n'))) {
+        const QStringRef trimmed = line.trimmed();
+        const QStringRef rest = trimmed.mid(key.size()).trimmed();
+        if (trimmed.startsWith(key, Qt::CaseInsensitive) && rest.startsWith(QLatin1Char(':')))
+            values.append(rest.mid(1).trimmed().toString());
+    }
+    return values;
+}
+
 // The block (header line to the next header) of the first section of `text` whose key is
 // `sectionKey`, in any case: [begin, end). begin == end when there is none.
 QPair<int, int> sectionBlock(const QString& text, const QString& sectionKey)
@@ -551,8 +565,12 @@ int CPLCameraInfo::loadCameraInfoExtensions(const QString& extensionFolder, QStr
     m_ExtensionFailure = {};
     output.clear();
     const QDir folder(extensionFolder);
+    // Every entry so named: one that is no readable file (a folder, a FIFO, a link that leads
+    // nowhere) is refused as an unreadable one is, never left out without a word.
     const QStringList files = folder.exists()
-        ? folder.entryList({ QStringLiteral("*.cfg") }, QDir::Files, QDir::Name)
+        ? folder.entryList({ QStringLiteral("*.cfg") },
+                           QDir::Files | QDir::Dirs | QDir::System | QDir::NoDotAndDotDot,
+                           QDir::Name)
         : QStringList();
     if (files.isEmpty())
         return PL_SUCCESS;
@@ -603,8 +621,16 @@ int CPLCameraInfo::loadCameraInfoExtensions(const QString& extensionFolder, QStr
 int CPLCameraInfo::checkExtension(const QString& path, const QString& systemType,
                                   QStringList& names, QString* failure)
 {
+    const QFileInfo entry(path);
+    if (entry.isDir() || (entry.isSymLink() && !entry.exists())) {
+        *failure = entry.isDir()
+            ? QStringLiteral("File open failed: a folder")
+            : QStringLiteral("File open failed: a symbolic link that leads to no file");
+        return PL_FILE_OPEN_FAILED;
+    }
     QString text;
     int firstLine = 1;
+    // A FIFO, socket or device is refused before it is opened (PL_NOT_REGULAR_FILE).
     int status = readText(path, &text, &firstLine);
     // A load reads text up to its first NUL: so is the extension's text merged, which must
     // not end the text of the base file after it.
@@ -650,13 +676,32 @@ int CPLCameraInfo::checkExtension(const QString& path, const QString& systemType
             return PL_CAMERA_EXTENSION_CONFLICT;
         }
     }
-    names.append(values[0]);
+    // Two extensions of one name would both be merged: the second is a conflict too.
+    if (names.contains(values[0].trimmed())) {
+        *failure
+            = QStringLiteral("an extension named '%1' is loaded already, from '%2'")
+                  .arg(values[0].trimmed(),
+                       QFileInfo(m_LoadedExtensions.at(names.indexOf(values[0].trimmed())).file)
+                           .fileName());
+        return PL_CAMERA_EXTENSION_CONFLICT;
+    }
 
     // The text merged: the file's, without its bookkeeping section, ending with a line feed.
     const QPair<int, int> block
         = sectionBlock(text, PLConstants::CAMERA_INFO_EXTENSION_SECTION_KEY);
     const QString before = text.left(block.first);
     const QString after = rightTrimmed(text.mid(block.second));
+    // What it merges must not make the instrument another type than the one checked.
+    for (const QString& merged : { before, after }) {
+        for (const QString& configuration : keyValues(merged, SYSTEM_CONFIGURATION_KEY)) {
+            if (systemTypeIn(configuration) != systemType) {
+                *failure = QStringLiteral("it sets '%1' to '%2', not this instrument, '%3'")
+                               .arg(SYSTEM_CONFIGURATION_KEY, configuration, systemType);
+                return PL_CAMERA_SYSTEM_TYPE_MISMATCH;
+            }
+        }
+    }
+    names.append(values[0].trimmed());
     m_ExtensionPieces.clear();
     if (!after.isEmpty()) {
         m_ExtensionPieces.append({ before, path, firstLine });

@@ -263,14 +263,18 @@ extern OVPARSER_EXPORT const QString UI_STATUS_CONFIG_FILE;
 extern OVPARSER_EXPORT const QStringList KORA_SYSTEM_TYPES;
 
 // Status codes of loadCameraInfoExtensions() besides those of PLStatus.h: 11 an extension file
-// cannot be read, 24 a section or key an extension must hold is missing, 30 a conflict.
+// cannot be read (a folder, a link that leads nowhere or in a loop), 64 it is a FIFO, socket or
+// device, 24 a section or key an extension must hold is missing, 30 a conflict (also two
+// extensions of one name), 47 a type mismatch (also an extension that sets "System
+// Configuration" to another type).
 // No base "CameraInfo.txt" to check the extensions against.
 constexpr int PL_CAMERA_BASE_FILE_MISSING = 2;
 // The base file's "System Configuration" names no instrument type of KORA_SYSTEM_TYPES.
 constexpr int PL_CAMERA_SYSTEM_TYPE_UNKNOWN = 28;
-// An extension names another instrument type than the base file.
+// An extension names another instrument type than the base file, or sets the instrument's
+// "System Configuration" to another type than the base file's.
 constexpr int PL_CAMERA_SYSTEM_TYPE_MISMATCH = 47;
-// An extension conflicts with one loaded before it.
+// An extension conflicts with one loaded before it, or has the name of one loaded before it.
 constexpr int PL_CAMERA_EXTENSION_CONFLICT = 30;
 
 // One configuration extension that a load merged: its "Extension name" and its file.
@@ -420,15 +424,25 @@ public:
     // Returns 0 with `output` the text to merge (empty when the folder does not exist or
     // holds no extension), and getLoadedExtensions() the extensions in it. On the first
     // failure, returns its status with `output` the message ("%1" the extension's file name):
-    //   11  "Loading cameraInfo extension '%1' failed: File open failed"
+    // Every entry named "*.cfg" counts (not only regular files), so that none is left out
+    // without a word.
+    //   11  "Loading cameraInfo extension '%1' failed: File open failed", and ": a folder" or
+    //       ": a symbolic link that leads to no file" for those
+    //   64  "Loading cameraInfo extension '%1' failed: not a regular file (...)" for a FIFO,
+    //       socket or device (never opened, so nothing waits for a writer)
     //   24  "Loading cameraInfo extension '%1' failed: '%2' section not present" (the
     //       section, "Extension Info" or "Camera System Info"), or "... '%2' key/value not
     //       present" (the key)
     //   47  "Loading cameraInfo extension '%1' failed: written for '%2', not for this
     //       instrument, '%3'" (the extension's and the base file's system configuration)
+    //   47  "Loading cameraInfo extension '%1' failed: it sets 'System Configuration' to
+    //       '%2', not this instrument, '%3'" (a key line of that key outside its "Extension
+    //       Info", in any section, names another type: merged, it would change the type)
     //   30  "Loading cameraInfo extension '%1' failed: Conflicts with already loaded
     //       extensions." (a name of its "Conflicts with extensions", compared whole and
     //       with case, is an extension taken before it)
+    //   30  "Loading cameraInfo extension '%1' failed: an extension named '%2' is loaded
+    //       already, from '%3'" (its "Extension name", compared whole and with case)
     //   2   "Loading cameraInfo extensions failed: no base file 'PATH' to check them
     //       against" (the folder holds extensions)
     //   28  "Loading cameraInfo extensions failed: the base file 'PATH' names no instrument

@@ -196,7 +196,8 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
             if (PLKeyHash::equal(key, PLConstants::CLICKNUMBER_KEY))
                 status = loadClickNumber(block);
             const int line = status == PL_SUCCESS ? check.lineAt(range.begin) : 0;
-            if (status == PL_SUCCESS && isSectionPresent(key)) {
+            const bool apart = repeatedSectionRule() == KeepApart && isSectionPresent(key);
+            if (status == PL_SUCCESS && !apart && isSectionPresent(key)) {
                 if (repeatedSectionRule() == KeepFirst) {
                     check.repeatedSection(range.begin, key, false);
                 } else {
@@ -209,9 +210,17 @@ int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& c
                 }
             } else if (status == PL_SUCCESS) {
                 m_SectionWarnings.clear();
-                status = loadSectionData(block, key);
+                const QString mapKey = apart
+                    ? key + QLatin1Char('\n') + QString::number(locationOf(line).line)
+                    : key;
+                if (apart) {
+                    std::unique_ptr<CPLSection> section = parseSection(block, key);
+                    insertSection(section, mapKey);
+                } else {
+                    status = loadSectionData(block, key);
+                }
                 if (status == PL_SUCCESS)
-                    setSectionOrigin(key, locationOf(line));
+                    setSectionOrigin(mapKey, locationOf(line));
                 check.section(range.begin, headerEnd, range.end, parts, key, m_SectionWarnings);
                 check.knownLine(range.end, line + range.lines);
             }
@@ -583,17 +592,13 @@ QString CPLClickInfo::unwritableEntry() const
         const QStringList keys = section->getEntryKeys();
         const QStringList values = section->getEntryValues(true);
         for (int i = 0; i < keys.size(); ++i) {
+            const bool comment = CPLSection::isCommentKey(keys.at(i));
             const QString& value = values.at(i);
-            if (CPLSection::breaksFile(value, Role::Value))
-                return inSection + CPLSection::textFaultText(value, Role::Value);
-            if (CPLSection::isCommentKey(keys.at(i))) {
-                if (!value.isEmpty() && !value.startsWith(QLatin1Char('#')))
-                    return inSection
-                        + QStringLiteral("the comment line \"%1\" does not begin with \"#\"")
-                              .arg(value);
-            } else if (CPLSection::breaksFile(keys.at(i), Role::Key)) {
+            const Role valueRole = comment ? Role::Comment : Role::Value;
+            if (CPLSection::breaksFile(value, valueRole))
+                return inSection + CPLSection::textFaultText(value, valueRole);
+            if (!comment && CPLSection::breaksFile(keys.at(i), Role::Key))
                 return inSection + CPLSection::textFaultText(keys.at(i), Role::Key);
-            }
         }
     }
     return QString();

@@ -52,8 +52,9 @@ public:
     // Adds a section made elsewhere, taking ownership of it: 16 for a null section, 33 for
     // an empty section key, 31 for a section key or name that cannot stand in a header line
     // (CPLSection::breaksFile(): a line break, a NUL, a character outside Latin-1, and in the
-    // key a colon or a "#"). When a section with that key is already present, returns 0 and
-    // takes nothing; the caller keeps (and deletes) the section it passed.
+    // key a colon, a "#" or white space at either end; the name is judged as a value). When a
+    // section with that key is already present, returns 0 and takes nothing; the caller keeps (and
+    // deletes) the section it passed.
     virtual int addSection(CPLSection* section);
     // Adds a new empty section at the end, owned by the document, and returns it; null when
     // addSection() does not take it (a key that is empty or already present).

@@ -48,6 +48,30 @@ const char* completeEnd(const char* begin, const char* end, const char** cut)
     return *rest == '*' ? lastLf : nullptr;
 }
 
+// How many LF stand in a row right before `end`.
+template<typename Char> qsizetype trailingLineFeeds(const Char* begin, qint64 end)
+{
+    qsizetype count = 0;
+    while (count < end && PLText::unit(begin[end - 1 - count]) == '\n')
+        ++count;
+    return count;
+}
+
+// The LF in a row before a copy: four after a complete copy, three after a cut one (what
+// copySeparator() makes of its end).
+constexpr qsizetype COPY_END_LINE_FEEDS = COPY_END_SIZE;
+constexpr qsizetype CUT_COPY_END = COPY_END_LINE_FEEDS - 1;
+
+// Whether the header line at `position` of the text, whose key is `key`, begins a copy: it
+// follows what a save writes before a copy, or it repeats the first key and does not follow
+// the one empty line with which a save parts sections.
+bool beginsCopy(const QChar* text, qint64 position, QStringView key, QStringView firstKey)
+{
+    const qsizetype lineFeeds = trailingLineFeeds(text, position);
+    return lineFeeds == COPY_END_LINE_FEEDS || lineFeeds == CUT_COPY_END
+        || (lineFeeds != 2 && PLKeyHash::equal(key, firstKey));
+}
+
 } // namespace
 
 Copy lastCopy(const char* data, qint64 size)
@@ -65,15 +89,13 @@ Copy lastCopy(const char* data, qint64 size)
     const qint64 length = decoded.text().size();
     QStringView firstKey;
     headerKey(text, length, 0, &firstKey);
-    QVector<const char*> copies;
-    for (qint64 position = 0; position < length;
+    QVector<const char*> copies { start };
+    for (qint64 position = PLScan::lineEnd(text, length, 0); position < length;
          position = PLScan::lineEnd(text, length, position)) {
         QStringView key;
-        if (headerKey(text, length, position, &key) && PLKeyHash::equal(key, firstKey))
+        if (headerKey(text, length, position, &key) && beginsCopy(text, position, key, firstKey))
             copies.append(start + decoded.byteOffset(position));
     }
-    if (copies.isEmpty())
-        copies.append(start);
 
     // From the last copy back to the first complete one.
     const char* limit = end;
@@ -91,8 +113,10 @@ Copy lastCopy(const char* data, qint64 size)
 
 QByteArray copySeparator(const QByteArray& metadata)
 {
-    const bool cutInALine = metadata.contains(PLGrammar::HEADER_PREFIX) && !metadata.endsWith('\n');
-    return cutInALine ? QByteArrayLiteral("\n") : QByteArray();
+    if (!lastCopy(metadata.constData(), metadata.size()).cut)
+        return QByteArray();
+    const qsizetype lineFeeds = trailingLineFeeds(metadata.constData(), metadata.size());
+    return QByteArray(int(qMax<qsizetype>(0, CUT_COPY_END - lineFeeds)), '\n');
 }
 
 } // namespace PLDicom

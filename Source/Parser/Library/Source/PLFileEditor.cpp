@@ -337,15 +337,11 @@ int CPLFileEditor::Private::edit(qint64 from, qint64 to, const QByteArray& with,
 
 namespace {
 
-// Why `text` cannot be written as `role` by an edit; empty when it can.
+// Why `text` cannot be written as `role` by an edit; empty when it can. Emptiness is judged
+// by each edit.
 QString refusal(const QString& text, CPLSection::TextRole role)
 {
-    using Fault = CPLSection::TextFault;
-    const Fault fault = CPLSection::textFault(text, role);
-    if (fault == Fault::None || fault == Fault::Empty
-        || (fault == Fault::OuterWhiteSpace && role == CPLSection::TextRole::Value))
-        return QString();
-    return CPLSection::textFaultText(text, role);
+    return CPLSection::breaksFile(text, role) ? CPLSection::textFaultText(text, role) : QString();
 }
 
 // The lines of a section as a load reads them, but those of `key` and empty lines: key and

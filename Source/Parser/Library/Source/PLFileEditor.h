@@ -61,9 +61,9 @@ class CPLClickInfo;
 //
 // A key that the section holds on more than one line is never edited: the edit returns
 // PL_KEY_REPEATED and errorString() names both lines. Text that cannot stand in the file
-// (CPLSection::breaksFile(): a line break, a NUL, a character outside Latin-1, a colon or a
-// "#" in a key or a section key) returns PL_INVALID_ARGUMENT, as does a key or section key
-// with blanks at either end; a value is written trimmed, as a load reads it.
+// (CPLSection::breaksFile(): a line break, a NUL, a character outside Latin-1, a colon, a
+// "#" or white space at either end in a key or a section key, a key that reads as a section
+// header) returns PL_INVALID_ARGUMENT; a value is written trimmed, as a load reads it.
 //
 // A DICOM file (a path ending in ".dcm", in any case) is edited in its last complete
 // metadata copy, and commit() appends the edited copy, as saveClickInfo() does; the image

@@ -34,10 +34,16 @@ template<typename Char> using Span = PLText::Span<Char>;
 constexpr char HEADER_PREFIX[] = "*** ";
 constexpr qsizetype HEADER_MARK_SIZE = 3; // "***"
 
-// The start of a line's first token: tokens are separated by blanks and tabs only.
+// Whether a character separates tokens: blanks and tabs only.
+template<typename Char> bool separatesTokens(Char c)
+{
+    return PLText::unit(c) == ' ' || PLText::unit(c) == '\t';
+}
+
+// The start of a line's first token.
 template<typename Char> const Char* firstToken(const Char* line)
 {
-    while (PLText::unit(*line) == ' ' || PLText::unit(*line) == '\t')
+    while (separatesTokens(*line))
         ++line;
     return line;
 }
@@ -55,6 +61,16 @@ template<typename Char> bool startsWithHeaderMark(const Char* text)
 template<typename Char> bool isHeaderLine(const Char* line)
 {
     return startsWithHeaderMark(firstToken(line));
+}
+
+// The same for a line given as a span, which need not be NUL-terminated (a text that is to
+// stand at the start of a line, say).
+template<typename Char> bool isHeaderLine(Span<Char> line)
+{
+    const Char* token = line.begin;
+    while (token != line.end && separatesTokens(*token))
+        ++token;
+    return line.end - token >= HEADER_MARK_SIZE && startsWithHeaderMark(token);
 }
 
 // Whether the first token of the line is exactly "***": the token ends at a blank, a tab or
@@ -188,10 +204,10 @@ template<typename Char> KeyLine<Char> splitKeyLine(Span<Char> line, const Char* 
 // How a line differs from the form a document writes it in; None when it stands as written.
 enum class LineFault {
     None,
-    Shifted,   // a key line that begins with blanks (its key is cut at a shifted place)
+    Shifted, // a key line that begins with blanks (its key is cut at a shifted place)
     Separator, // key and value not separated by exactly a colon and a tab
-    Blanks,    // blanks around the key, after the value, or around a comment's text
-    TextLine,  // a line of text that is not a comment: it is written with a "#" in front
+    Blanks, // blanks around the key, after the value, or around a comment's text
+    TextLine, // a line of text that is not a comment: it is written with a "#" in front
 };
 
 // How a key line differs from "<key>:<tab><value>". `atTextEnd` as for isWrittenForm().

@@ -630,8 +630,8 @@ int CPLSection::setValue(const QString& key, const QString& value)
     const int slot = d->find(key);
     if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    d->setValue(slot, PLGrammar::valueKeepingComment(d->view(d->slots.at(slot).value), value));
-    return PL_SUCCESS;
+    return setStored(key, slot,
+                     PLGrammar::valueKeepingComment(d->view(d->slots.at(slot).value), value));
 }
 
 int CPLSection::setRawValue(const QString& key, const QString& value)
@@ -641,7 +641,15 @@ int CPLSection::setRawValue(const QString& key, const QString& value)
     const int slot = d->find(key);
     if (slot < 0)
         return PL_KEY_NOT_FOUND;
-    d->setValue(slot, value);
+    return setStored(key, slot, value);
+}
+
+int CPLSection::setStored(const QString& key, int slot, const QString& stored)
+{
+    // A comment entry's text is written as a line of its own.
+    if (isCommentEntryKey(key) && breaksFile(stored, TextRole::Comment))
+        return PL_INVALID_ARGUMENT;
+    d->setValue(slot, stored);
     return PL_SUCCESS;
 }
 
@@ -821,20 +829,30 @@ CPLSection::TextFault CPLSection::textFault(const QString& text, TextRole role)
         return TextFault::Nul;
     if (notLatin1)
         return TextFault::NotLatin1;
-    if (role != TextRole::Value) {
-        const bool isKey = role == TextRole::Key || role == TextRole::SectionKey;
-        if (isKey && text.isEmpty())
-            return TextFault::Empty;
-        if (isKey && colon)
-            return TextFault::Colon;
-        if (hash)
-            return TextFault::Hash;
-        if (role == TextRole::Key && PLGrammar::startsWithHeaderMark(text.constData()))
+    const bool isKey = role == TextRole::Key || role == TextRole::SectionKey;
+    if (isKey && text.isEmpty())
+        return TextFault::Empty;
+    if (isKey && colon)
+        return TextFault::Colon;
+    if (hash && (isKey || role == TextRole::SectionName))
+        return TextFault::Hash;
+    const bool startsWithSpace = !text.isEmpty() && text.front().isSpace();
+    if (role == TextRole::Key) {
+        // A key begins its line: the line must read as the key line it is.
+        const QChar* begin = text.constData();
+        if (PLGrammar::isHeaderLine(PLText::Span<QChar> { begin, begin + text.size() }))
             return TextFault::HeaderStart;
-        if (role == TextRole::Key && isCommentKey(text))
+        if (isCommentKey(text))
             return TextFault::CommentKey;
+        if (startsWithSpace)
+            return TextFault::ShiftedKey;
     }
-    if (!text.isEmpty() && (text.front().isSpace() || text.back().isSpace()))
+    if (role == TextRole::Comment) {
+        const QString trimmed = text.trimmed();
+        if (!trimmed.isEmpty() && trimmed.front() != QLatin1Char('#'))
+            return TextFault::NotComment;
+    }
+    if (startsWithSpace || (!text.isEmpty() && text.back().isSpace()))
         return TextFault::OuterWhiteSpace;
     return TextFault::None;
 }
@@ -844,6 +862,7 @@ QString CPLSection::textFaultText(const QString& text, TextRole role)
     const QString what = role == TextRole::Value ? QStringLiteral("the value")
         : role == TextRole::Key                  ? QStringLiteral("the key")
         : role == TextRole::SectionName          ? QStringLiteral("the section name")
+        : role == TextRole::Comment              ? QStringLiteral("the comment")
                                                  : QStringLiteral("the section key");
     const QString named = what + QLatin1String(" \"") + text + QLatin1Char('"');
     switch (textFault(text, role)) {
@@ -865,9 +884,16 @@ QString CPLSection::textFaultText(const QString& text, TextRole role)
     case TextFault::Hash:
         return named + QLatin1String(" holds a \"#\", which starts a comment");
     case TextFault::HeaderStart:
-        return named + QLatin1String(" begins with \"***\", which starts a section header");
+        return named
+            + QLatin1String(" begins with \"***\" (after any blanks), which starts a section "
+                            "header");
     case TextFault::CommentKey:
         return named + QLatin1String(" names a comment line");
+    case TextFault::ShiftedKey:
+        return named
+            + QLatin1String(" begins with white space, which moves the cut between key and value");
+    case TextFault::NotComment:
+        return named + QLatin1String(" does not begin with \"#\", which a comment line does");
     }
     return QString();
 }
@@ -877,8 +903,10 @@ bool CPLSection::breaksFile(const QString& text, TextRole role)
     switch (textFault(text, role)) {
     case TextFault::None:
     case TextFault::Empty:
-    case TextFault::OuterWhiteSpace:
         return false;
+    case TextFault::OuterWhiteSpace:
+        // A key or section key is looked up as given, and read back trimmed.
+        return role == TextRole::Key || role == TextRole::SectionKey;
     default:
         return true;
     }

@@ -89,8 +89,10 @@ public:
     // Changes an existing value; never adds an entry (24 when the key is absent). A new
     // value holding a "#" is stored as given. Otherwise an inline comment of the old value
     // is kept: the stored value becomes the new value, a tab and the old value from its "#".
+    // 31 for a value that breaksFile() refuses; the text stored in a comment entry is judged
+    // as a comment (TextRole::Comment), since it is written as a line of its own.
     int setValue(const QString& key, const QString& value);
-    // Stores the value as given. 24 when the key is absent.
+    // Stores the value as given, judged as by setValue(). 24 when the key is absent.
     int setRawValue(const QString& key, const QString& value);
     // Whether an entry with this key exists, in any case; comment entries count.
     bool isKeyPresent(const QString& key) const;
@@ -146,16 +148,29 @@ public:
     // Whether a key names a comment entry: it contains "CommentLine ", in any case.
     static bool isCommentKey(const QString& key);
 
-    // The part a text is to play in a section's lines.
-    enum class TextRole { SectionKey, SectionName, Key, Value };
+    // The part a text is to play in a section's lines. A section name is a name that is read
+    // without its inline comment (a sequence ID, a label set's name), so a "#" would cut it; a
+    // name stored with its comment, as a document's (setSectionName()), is judged as a value.
+    // A comment is the text of a comment entry ("CommentLine <n>"), written as a line of its own.
+    enum class TextRole { SectionKey, SectionName, Key, Value, Comment };
     // What keeps a text from being written in a section's lines as `role` and read back the
-    // same; TextFault::None when nothing does. Checked in this order: a line break (it ends
-    // the line), a NUL byte (it ends the text), a character outside Latin-1 (files are
-    // Latin-1); then, for all but values: emptiness (section keys and keys only), a colon (it
-    // ends section keys and keys), a "#" (it starts a comment); for keys only: a beginning
-    // "***" (the line would read as a section header) and "CommentLine " (the entry would be
-    // written as a comment line); last, white space at either end (reading trims it). A "#"
-    // in a value starts its inline comment.
+    // same; TextFault::None when nothing does. Checked in this order:
+    // - every role: a line break (CR or LF: it ends the line), a NUL (it ends the text), a
+    //   character outside Latin-1 (files are Latin-1);
+    // - section keys and keys: emptiness, a colon (it ends them);
+    // - section keys, keys and section names: a "#" (it starts a comment);
+    // - keys, which begin a line: HeaderStart, the line would read as a section header (its
+    //   first token begins with "***", after any blanks and tabs: PLGrammar::isHeaderLine());
+    //   CommentKey, "CommentLine " in any case (the entry would be written as a comment line);
+    //   ShiftedKey, any other white space in front (a line that begins with white space is cut
+    //   at a shifted place, so the key would read back otherwise: " A" as "A:");
+    // - comments, which begin a line too: NotComment, text that does not begin with "#" once
+    //   trimmed (it would read as free text, a key line or a header); an empty comment is an
+    //   empty line;
+    // - last, every role: white space at either end (reading trims it).
+    // A "#" in a value or a section name starts its inline comment. A value and a section name
+    // never begin a line: the key and the header's prefix stand before them.
+    // New faults are added at the end.
     enum class TextFault {
         None,
         LineBreak,
@@ -166,17 +181,19 @@ public:
         Hash,
         HeaderStart,
         CommentKey,
-        OuterWhiteSpace
+        OuterWhiteSpace,
+        ShiftedKey,
+        NotComment
     };
     static TextFault textFault(const QString& text, TextRole role);
     // Whether writing `text` as `role` would change the lines of the file or lose text: any
-    // fault of textFault() but emptiness (which each operation judges) and white space at
-    // either end (which reading trims, and nothing else). The setters, adders and builders
-    // refuse such text with 31 and change nothing, so that no sequence of calls writes a file
-    // that does not load back: a value "x\nUser:\tsomeone" never adds a key.
+    // fault of textFault() but emptiness (which each operation judges) and, in a value, a
+    // section name or a comment, white space at either end (which reading trims, and nothing
+    // else). White space at either end of a key or a section key is a fault: the key would
+    // not be found as given once read back. The setters, adders and builders refuse such text
+    // with 31 and change nothing, so that no sequence of calls writes a file that does not
+    // load back: a value "x\nUser:\tsomeone" never adds a key, a key " *** X" never a section.
     static bool breaksFile(const QString& text, TextRole role);
-    // The fault of textFault() in words, as one sentence that names the text and its role:
-    // "the key "a:b" holds a colon, which ends a key". Empty when there is none.
     static QString textFaultText(const QString& text, TextRole role);
 
     // What the last load (loadSectionData()) read that saveSectionData() will not write back
@@ -216,6 +233,8 @@ private:
     // Notes a line of a load that saving will not write back as it stood.
     void noteLineFault(int fault, int line, QStringView key);
     void noteRepeatedKey(int firstEntry, int linesTrimmed, int line);
+    // Stores the text of setValue() or setRawValue() in the slot of `key`, when it can stand.
+    int setStored(const QString& key, int slot, const QString& stored);
 
     QSharedDataPointer<CPLSectionData> d;
 };

@@ -46,8 +46,8 @@ OVPARSER_EXPORT char* getNextSection(const char* buffer, long* position);
 // byte (no trimming) and handed to CPLSection::addKeyValue(). The line end that readLine()
 // leaves on a line (LF, or CR LF) is not part of the value. Callers pass only lines that hold
 // a colon; a line without one, or with text that cannot stand in a section (a line break
-// inside it, a colon or "#" in the key: CPLSection::breaksFile()), adds nothing and is
-// logged. A null line or section is a programming error and stops the program.
+// inside it, a "#" in the key or white space around it: CPLSection::breaksFile()), adds
+// nothing and is logged. A null line or section is a programming error and stops the program.
 OVPARSER_EXPORT void ParseSectionField(const char* line, CPLSection* section);
 
 // Returns the first section of a text: from the first "*** " (three asterisks and a blank,

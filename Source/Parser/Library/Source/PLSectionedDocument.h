@@ -55,6 +55,11 @@ public:
         AddMissingKeys,
         // The later section's keys are added, and its values replace the present ones.
         ReplaceValues,
+        // The later section is kept apart, in its place: under the key "<key>\n<line>" (its
+        // section key, a LF and the line of its header in its file), which no section key can
+        // hold, so that saving writes it back where it stood and lookups by its key find the
+        // first section of the key.
+        KeepApart,
     };
 
     CPLSectionedDocument(const CPLSectionedDocument&) = delete;
