@@ -4,6 +4,8 @@
 // Helpers of the tests of saving: child processes (as another user when root), locks held
 // the way another editor holds them, the library's messages about saving.
 
+#include "PLClickInfo.h"
+#include "PLSection.h"
 #include "TestUtil.h"
 
 #include <gtest/gtest.h>
@@ -128,5 +130,24 @@ struct ReadOnlyFolder
 };
 
 } // namespace
+
+// A document of one section to save, in a temporary folder: what the save tests write.
+class SaveTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        auto* section = new CPLSection(L1("User Input"), QString());
+        section->addKeyValue(L1("User"), L1("Ana Ruiz"));
+        m_doc.addSection(section);
+        m_text = m_doc.getClickInfoData().toLatin1();
+    }
+    QString path(const char* name) const { return m_dir.filePath(L1(name)); }
+    int save(const QString& file) const { return m_doc.saveClickInfo(file); }
+
+    QTemporaryDir m_dir;
+    CPLClickInfo m_doc;
+    QByteArray m_text;
+};
 
 #endif // SAVETESTUTIL_H

@@ -5,8 +5,8 @@
 #include "PLFileEditor.h"
 #include "PLSection.h"
 #include "PLSpectralWrapper.h"
-#include "PLXMLReader.h"
 #include "PLStatus.h"
+#include "PLXMLReader.h"
 #include "SaveTestUtil.h"
 #include "TestUtil.h"
 
@@ -88,23 +88,7 @@ struct Scene
     QStringList names;
 };
 
-class FileIoTest : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        auto* section = new CPLSection(L1("User Input"), QString());
-        section->addKeyValue(L1("User"), L1("Ana Ruiz"));
-        m_doc.addSection(section);
-        m_text = m_doc.getClickInfoData().toLatin1();
-    }
-    QString path(const char* name) const { return m_dir.filePath(L1(name)); }
-    int save(const QString& file) const { return m_doc.saveClickInfo(file); }
-
-    QTemporaryDir m_dir;
-    CPLClickInfo m_doc;
-    QByteArray m_text;
-};
+using FileIoTest = SaveTest;
 
 } // namespace
 
@@ -418,7 +402,8 @@ rlim_t addressSpaceInUse()
     QFile statm(L1("/proc/self/statm"));
     if (!statm.open(QIODevice::ReadOnly))
         return 0;
-    return rlim_t(statm.readAll().split(' ').value(0).toULongLong()) * rlim_t(::sysconf(_SC_PAGESIZE));
+    return rlim_t(statm.readAll().split(' ').value(0).toULongLong())
+        * rlim_t(::sysconf(_SC_PAGESIZE));
 }
 
 } // namespace
@@ -456,11 +441,13 @@ TEST(AllocationFailure, BecomesAStatusAndTheCriticalMessage)
     }
 
     static QStringList critical;
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& text) {
-        if (type == QtCriticalMsg)
-            critical.append(QStringLiteral("%1 %2 %3").arg(text, QLatin1String(context.file),
-                                                         QLatin1String(context.function)));
-    });
+    qInstallMessageHandler(
+        [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+            if (type == QtCriticalMsg)
+                critical.append(
+                    QStringLiteral("%1 %2 %3")
+                        .arg(text, QLatin1String(context.file), QLatin1String(context.function)));
+        });
     if (!ADDRESS_SANITIZER) {
         const rlimit limit { addressSpaceInUse() + (100 << 20), RLIM_INFINITY };
         ASSERT_EQ(::setrlimit(RLIMIT_AS, &limit), 0);

@@ -108,24 +108,15 @@ QByteArray aclGrantingUser4321()
     return blob;
 }
 
-class SaveLocksTest : public ::testing::Test
+class SaveLocksTest : public SaveTest
 {
 protected:
     void SetUp() override
     {
-        auto* section = new CPLSection(L1("User Input"), QString());
-        section->addKeyValue(L1("User"), L1("Ana Ruiz"));
-        m_doc.addSection(section);
-        m_text = m_doc.getClickInfoData().toLatin1();
+        SaveTest::SetUp();
         // Open to the user the saves may run as.
         ASSERT_EQ(::chmod(native(m_dir.path()).constData(), 0755), 0);
     }
-    QString path(const char* name) const { return m_dir.filePath(L1(name)); }
-    int save(const QString& file) const { return m_doc.saveClickInfo(file); }
-
-    QTemporaryDir m_dir;
-    CPLClickInfo m_doc;
-    QByteArray m_text;
 };
 
 } // namespace
