@@ -524,7 +524,7 @@ TEST_F(ovtoolTest, StandardInputLargerThanAFileIsRefused)
     const Result result = ovtool(args("show|-"), L1("exec < big.bin"));
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
-              "ovtool: standard input: more than 256 MiB, larger than a file that is read\n");
+              "ovtool: standard input: more than 64 MiB, larger than a file that is read\n");
     EXPECT_EQ(result.out, QByteArray());
 }
 

@@ -64,7 +64,7 @@ std::optional<int> load(const QString& path, CPLSpectralWrapper* wrapper)
                     QLatin1String("malformed XML: ") + reader.getErrorMessage());
     default:
         return fail(exitStatusOf(status, Step::Read), path,
-                    withSystemReason(getStatusText(status)));
+                    statusReason(status));
     }
     if (wrapper->loadSpectralXML(reader) != PL_SUCCESS)
         return fail(ExitMalformed, path,

@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
 #include <iterator>
 
 namespace {
@@ -69,9 +72,7 @@ QString commandsHelp()
                         "QT_LOGGING_RULES=\"ovparser.*=false\" silences the library's diagnostics.\n");
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ovtool"));
@@ -128,4 +129,20 @@ int main(int argc, char** argv)
         return fail(ExitCannotWrite, QStringLiteral("standard output"),
                     QStringLiteral("cannot write"));
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // The library reports an allocation failure as a status; one in ovtool's own code (or in
+    // Qt's, on its behalf) ends the run here, with one line and the status of a file that
+    // cannot be read. Nothing that may allocate runs after it: the buffered output is not
+    // flushed, static objects are not destroyed.
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::fputs("ovtool: not enough memory\n", stderr);
+        std::_Exit(ExitCannotRead);
+    }
 }

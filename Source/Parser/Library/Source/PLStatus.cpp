@@ -53,6 +53,8 @@ QString getStatusText(int status)
         return QStringLiteral("the key stands on more than one line of its section");
     case PL_FILE_CHANGED:
         return QStringLiteral("the file was changed by someone else since it was read");
+    case PL_LIMIT_EXCEEDED:
+        return QStringLiteral("the file holds more than the library loads");
     case PL_NO_BACKGROUND_FITS:
         return QStringLiteral("no background of the library fits the acquisition");
     case PL_CLICK_ALREADY_LISTED:
