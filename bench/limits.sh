@@ -36,6 +36,7 @@ trap 'rm -rf "$work"' EXIT
 declare -A args=(
     [sections]="sections $max_size --count $max_sections"
     [entries]="entries $max_size --count $((max_lines - 1))"
+    [mixed]="mixed $max_size --count $max_sections --lines $max_lines"
     [line]="line $((max_size - 1))"
     [value]="value $max_size"
     [dicom]="dicom $max_size --count $max_sections"
@@ -43,7 +44,7 @@ declare -A args=(
     [xml-deep]="xml-deep $max_size --count $((max_elements - 1))"
 )
 shapes=("$@")
-[[ ${#shapes[@]} -gt 0 ]] || shapes=(sections entries line value dicom xml-flat xml-deep)
+[[ ${#shapes[@]} -gt 0 ]] || shapes=(sections entries mixed line value dicom xml-flat xml-deep)
 
 measure() { # label command...
     local label=$1 out=$work/time.txt status
@@ -70,6 +71,7 @@ for shape in "${shapes[@]}"; do
     fi
     section=$( [[ $shape == entries || $shape == value ]] && echo s || echo 1 )
     key=$( [[ $shape == entries ]] && echo 0 || echo k )
+    [[ $shape == mixed ]] && key=k0
     measure show "$ovtool" --quiet show "$file"
     measure get "$ovtool" --quiet get "$file" "$section" "$key"
     measure json "$ovtool" --quiet json "$file"

@@ -7,6 +7,8 @@ Each shape fills about BYTES bytes (less where a count limit is reached first, s
 
   sections   small sections, one header line each ("*** 1a2b:")
   entries    one section of tiny entries, each key its own ("1a2b:\\tb")
+  mixed      as many sections as a document holds, each with as many tiny entries as the
+             limit on lines leaves ("*** 1a2b:" then "k0:\tb" ...)
   line       one giant line of text, no section
   value      one section holding one key with a giant value
   xml-flat   spectral XML: a root holding empty elements "<a/>"
@@ -44,6 +46,13 @@ def entries(size, count):
     return "*** s:\n" + numbered("%x:\tb\n", size - 7, count)
 
 
+def mixed(size, count, lines):
+    sections = 100000 if count is None else count  # PL_MAX_SECTIONS
+    per = max(0, lines // sections - 1)
+    body = "".join("k%x:\tb\n" % j for j in range(per))
+    return "".join("*** %x:\n" % i + body for i in range(sections))
+
+
 def xml_flat(size, count):
     n = (size - 16) // 4 if count is None else count
     return '<r>' + '<a/>' * n + '</r>\n'
@@ -63,12 +72,16 @@ def main():
     parser.add_argument('bytes', type=int)
     parser.add_argument('out')
     parser.add_argument('--count', type=int)
+    parser.add_argument('--lines', type=int, default=3000000,
+                        help='mixed: the lines of the whole file (PL_MAX_LINES)')
     args = parser.parse_args()
     size, count = args.bytes, args.count
     if args.shape == 'sections':
         data = sections(size, count).encode('latin-1')
     elif args.shape == 'entries':
         data = entries(size, count).encode('latin-1')
+    elif args.shape == 'mixed':
+        data = mixed(size, count, args.lines).encode('latin-1')
     elif args.shape == 'line':
         data = b'x' * size + b'\n'
     elif args.shape == 'value':

@@ -11,7 +11,7 @@
 namespace PLLimits {
 
 // Refuses a file that holds `count` things of a kind where at most `limit` are loaded: logs
-// "SOURCE: 1,000,001 sections, more than the 250,000 a document may hold" in lcOvLoad,
+// "SOURCE: 1,000,001 sections, more than the 100,000 a document may hold" in lcOvLoad,
 // records the text after the source for getLastLimitText(), and returns PL_LIMIT_EXCEEDED.
 // `what` names the things ("sections"), `holder` what may hold them ("a document").
 int refuse(const QString& source, qint64 count, qint64 limit, const char* what,

@@ -74,15 +74,17 @@ constexpr int PL_LIMIT_EXCEEDED = 78;
 // applies to its metadata, the text after the image data, not to the image.
 constexpr qint64 PL_MAX_FILE_SIZE = qint64(64) * 1024 * 1024;
 
-// The most sections a document loads, 250,000: each section costs some hundred bytes beyond
-// its text, so a file of the smallest sections would otherwise need gigabytes. A file of more
-// section header lines gives PL_LIMIT_EXCEEDED, counted before any section is built.
-constexpr int PL_MAX_SECTIONS = 250000;
+// The most sections a document loads, 100,000 (a typical file holds about 15): each section
+// costs some hundred bytes beyond its text, so a file of the smallest sections would otherwise
+// need gigabytes. A file of more section header lines gives PL_LIMIT_EXCEEDED, counted before
+// any section is built.
+constexpr int PL_MAX_SECTIONS = 100000;
 
-// The most lines a document loads, 4,000,000 (a typical file holds a few hundred; the largest
-// file of typical lines some 3,000,000): each line is an entry of its section. A file of more
-// lines gives PL_LIMIT_EXCEEDED, counted before any section is built.
-constexpr int PL_MAX_LINES = 4000000;
+// The most lines a document loads, 3,000,000 (a typical file holds about 500): each line is
+// an entry of its section, of some tens of bytes beyond its text, and an edit holds the file
+// loaded twice. A file of more lines gives PL_LIMIT_EXCEEDED, counted before any section is
+// built.
+constexpr int PL_MAX_LINES = 3000000;
 
 // The most elements an XML file loads, 1,000,000: the document tree costs some hundred bytes
 // per element. A file of more start tags gives PL_LIMIT_EXCEEDED, counted in a pass over the
@@ -104,7 +106,7 @@ OVPARSER_EXPORT QString getStatusText(int status);
 OVPARSER_EXPORT QString getLastSystemError();
 
 // What the last load on this thread that gave PL_LIMIT_EXCEEDED found, with the limit:
-// "1,000,001 sections, more than the 250,000 a document may hold". Empty when the last load
+// "1,000,001 sections, more than the 100,000 a document may hold". Empty when the last load
 // was not refused so. Each load clears it when it starts.
 OVPARSER_EXPORT QString getLastLimitText();
 
