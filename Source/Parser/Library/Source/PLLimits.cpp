@@ -8,7 +8,17 @@
 
 namespace {
 
-thread_local QString lastLimitText;
+// The last refusal of this thread, kept as plain values: a thread_local with a destructor
+// would register it at its first use, which allocates, and glibc ends the program when that
+// fails.
+struct Refusal
+{
+    qint64 count;
+    qint64 limit;
+    const char* what; // null when there is none
+    const char* holder;
+};
+thread_local Refusal lastRefusal {};
 
 // A count with its thousands grouped by commas, as the messages write it: "1,000,001".
 QString grouped(qint64 count)
@@ -33,23 +43,21 @@ qint64 countSections(const QChar* text, qint64 length)
 
 namespace PLLimits {
 
-int refuse(const QString& source, qint64 count, qint64 limit, const char* what,
-           const char* holder)
+int refuse(const QString& source, qint64 count, qint64 limit, const char* what, const char* holder)
 {
-    lastLimitText = QStringLiteral("%1 %2, more than the %3 %4 may hold")
-                        .arg(grouped(count), QLatin1String(what), grouped(limit),
-                             QLatin1String(holder));
+    lastRefusal = { count, limit, what, holder };
     qCWarning(lcOvLoad, "%s: %s",
               qUtf8Printable(source.isEmpty() ? QStringLiteral("text") : source),
-              qUtf8Printable(lastLimitText));
+              qUtf8Printable(getLastLimitText()));
     return PL_LIMIT_EXCEEDED;
 }
 
 int checkDocument(const QChar* text, qint64 length, const QString& source)
 {
     clearLastLimitText();
-    const qint64 lines
-        = length == 0 ? 0 : PLText::count(text, text + length, '\n') + (text[length - 1] != QLatin1Char('\n'));
+    const qint64 lines = length == 0
+        ? 0
+        : PLText::count(text, text + length, '\n') + (text[length - 1] != QLatin1Char('\n'));
     if (lines > PL_MAX_LINES)
         return refuse(source, lines, PL_MAX_LINES, "lines", "a document");
     const qint64 sections = countSections(text, length);
@@ -60,12 +68,16 @@ int checkDocument(const QChar* text, qint64 length, const QString& source)
 
 void clearLastLimitText()
 {
-    lastLimitText.clear();
+    lastRefusal = {};
 }
 
 } // namespace PLLimits
 
 QString getLastLimitText()
 {
-    return lastLimitText;
+    const Refusal& r = lastRefusal;
+    return r.what ? QStringLiteral("%1 %2, more than the %3 %4 may hold")
+                        .arg(grouped(r.count), QLatin1String(r.what), grouped(r.limit),
+                             QLatin1String(r.holder))
+                  : QString();
 }
