@@ -8,6 +8,8 @@
 #include <QByteArray>
 #include <QVector>
 
+#include <cstring>
+
 namespace {
 
 const QString SHAPE_HELP = QStringLiteral(
@@ -89,24 +91,26 @@ private:
         m_buffer += '"';
         for (const QChar c : text) {
             const ushort u = c.unicode();
-            if (u >= 0x80) {
+            if (u >= 0x800) {
                 m_buffer += QString(c).toUtf8();
+                continue;
+            }
+            if (u >= 0x80) {
+                m_buffer += char(0xc0 | (u >> 6));
+                m_buffer += char(0x80 | (u & 0x3f));
                 continue;
             }
             if (u >= 0x20 && u != '"' && u != '\\') {
                 m_buffer += char(u);
                 continue;
             }
+            // The short escapes JSON has, else the code in four hexadecimal digits.
+            static const char SHORT[] = "\"\"\\\\\bb\ff\nn\rr\tt";
+            const char* known = u == 0 ? nullptr : std::strchr(SHORT, char(u));
             m_buffer += '\\';
-            switch (u) {
-            case '"': m_buffer += '"'; break;
-            case '\\': m_buffer += '\\'; break;
-            case '\b': m_buffer += 'b'; break;
-            case '\f': m_buffer += 'f'; break;
-            case '\n': m_buffer += 'n'; break;
-            case '\r': m_buffer += 'r'; break;
-            case '\t': m_buffer += 't'; break;
-            default:
+            if (known && (known - SHORT) % 2 == 0) {
+                m_buffer += known[1];
+            } else {
                 m_buffer += "u00";
                 m_buffer += HEX[u >> 4];
                 m_buffer += HEX[u & 0xf];

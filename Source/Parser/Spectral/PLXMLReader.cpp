@@ -102,8 +102,8 @@ int CPLXMLReader::parseGuarded(const QByteArray& data, const QString& source)
     }
     if (count.elements > PL_MAX_XML_ELEMENTS) {
         m_document.clear();
-        const int status = PLLimits::refuse(source, count.elements, PL_MAX_XML_ELEMENTS,
-                                            "elements", "an XML file");
+        const int status = PLLimits::refuse(source, count.elements, PL_MAX_XML_ELEMENTS, "elements",
+                                            "an XML file");
         m_strErrorMessage = getLastLimitText();
         return status;
     }

@@ -82,9 +82,9 @@ public:
     // holds (PL_MAX_LINES, PL_MAX_SECTIONS; getLastLimitText() gives the count), counted
     // before any section is built, 65 when memory runs out, else the status of
     // loadTextBuffer(). A load that runs out of memory leaves the document empty (sections
-    // present before it included) and usable. After a successful load getFileSectionCount() gives the number of
-    // sections and getLoadWarnings() what saving would not write back as it was read; then,
-    // when `appendUserSections` is set, appendUserSpecificSections(false) is called and its
+    // present before it included) and usable. After a successful load getFileSectionCount() gives
+    // the number of sections and getLoadWarnings() what saving would not write back as it was read;
+    // then, when `appendUserSections` is set, appendUserSpecificSections(false) is called and its
     // status returned.
     //
     // Loading does not clear the document: a section already present keeps its content and

@@ -363,8 +363,7 @@ bool isOtherLine(const CPLSection& section, int index, const QString& key)
 int nextOtherLine(const CPLSection& section, int index, const QString& key)
 {
     const int count = section.getEntryCount();
-    while (++index < count && !isOtherLine(section, index, key)) {
-    }
+    while (++index < count && !isOtherLine(section, index, key)) { }
     return index;
 }
 

@@ -14,8 +14,7 @@ namespace PLLimits {
 // "SOURCE: 1,000,001 sections, more than the 100,000 a document may hold" in lcOvLoad,
 // records the text after the source for getLastLimitText(), and returns PL_LIMIT_EXCEEDED.
 // `what` names the things ("sections"), `holder` what may hold them ("a document").
-int refuse(const QString& source, qint64 count, qint64 limit, const char* what,
-           const char* holder);
+int refuse(const QString& source, qint64 count, qint64 limit, const char* what, const char* holder);
 
 // Counts the lines and the section header lines of `length` characters of document text
 // (followed by a 0), and refuses the text with refuse() when either count is above its limit.
