@@ -66,6 +66,10 @@ TEST(Limits, AFileJustOverALimitIsRefusedBeforeItIsBuiltAndOneAtTheLimitLoads)
         { "lines over, blank",
           "*** s:\n" + QByteArray("a:\tb\n\n").repeated(PL_MAX_LINES / 2 - 1) + "a:\tb\nc:\td\n",
           PL_LIMIT_EXCEEDED, "3,000,001 lines, more than the 3,000,000 a document may hold" },
+        // Lines ended by CR LF or by a CR alone count as lines ended by LF.
+        { "lines over, CR LF and CR",
+          "*** s:\r\n" + QByteArray("a:\tb\r\nc:\td\r").repeated(PL_MAX_LINES / 2),
+          PL_LIMIT_EXCEEDED, "3,000,001 lines, more than the 3,000,000 a document may hold" },
         { "lines at", linesText(PL_MAX_LINES), PL_SUCCESS, "" },
     };
     for (const Case& c : cases) {
@@ -85,7 +89,7 @@ TEST(Limits, AFileJustOverALimitIsRefusedBeforeItIsBuiltAndOneAtTheLimitLoads)
         // Refused after a count alone: nothing built, and in a fraction of a load's time.
         EXPECT_EQ(count, 0);
         EXPECT_EQ(document.getLastErrorLine(), 0);
-        EXPECT_LT(timer.elapsed(), 2000);
+        EXPECT_LT(timer.elapsed(), 5000);
     }
 }
 

@@ -311,7 +311,10 @@ int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sour
     const QString& text = decoded.text();
     const auto* data = reinterpret_cast<const QChar*>(text.utf16());
     const qint64 length = textLength(data, text.size());
-    if (const int refused = PLLimits::checkDocument(data, length, sourceName)) {
+    // The decoder counted the lines of the text; past a NUL, which ends what is loaded, they
+    // are counted again.
+    const qint64 lines = length == text.size() ? decoded.lineCount() : -1;
+    if (const int refused = PLLimits::checkDocument(data, length, sourceName, lines)) {
         m_iLastErrorLine = 0;
         return refused;
     }

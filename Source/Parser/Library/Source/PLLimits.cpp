@@ -52,17 +52,22 @@ int refuse(const QString& source, qint64 count, qint64 limit, const char* what, 
     return PL_LIMIT_EXCEEDED;
 }
 
-int checkDocument(const QChar* text, qint64 length, const QString& source)
+int checkDocument(const QChar* text, qint64 length, const QString& source, qint64 lines)
 {
     clearLastLimitText();
-    const qint64 lines = length == 0
-        ? 0
-        : PLText::count(text, text + length, '\n') + (text[length - 1] != QLatin1Char('\n'));
+    // A text holds no more lines than characters, and no more sections than lines: what
+    // cannot exceed its limit is not counted, so that a typical file costs nothing here.
+    if (lines < 0 && length > PL_MAX_SECTIONS)
+        lines = PLText::count(text, text + length, '\n') + (text[length - 1] != QLatin1Char('\n'));
+    else if (lines < 0)
+        lines = length;
     if (lines > PL_MAX_LINES)
         return refuse(source, lines, PL_MAX_LINES, "lines", "a document");
-    const qint64 sections = countSections(text, length);
-    if (sections > PL_MAX_SECTIONS)
-        return refuse(source, sections, PL_MAX_SECTIONS, "sections", "a document");
+    if (lines > PL_MAX_SECTIONS) {
+        const qint64 sections = countSections(text, length);
+        if (sections > PL_MAX_SECTIONS)
+            return refuse(source, sections, PL_MAX_SECTIONS, "sections", "a document");
+    }
     return PL_SUCCESS;
 }
 

@@ -18,8 +18,9 @@ int refuse(const QString& source, qint64 count, qint64 limit, const char* what, 
 
 // Counts the lines and the section header lines of `length` characters of document text
 // (followed by a 0), and refuses the text with refuse() when either count is above its limit.
-// The count runs with the vectorised searches of the scanner, and allocates nothing.
-int checkDocument(const QChar* text, qint64 length, const QString& source);
+// The count runs with the vectorised searches of the scanner, and allocates nothing. `lines`,
+// when not negative, is the number of lines, counted already.
+int checkDocument(const QChar* text, qint64 length, const QString& source, qint64 lines = -1);
 
 // Forgets the text of an earlier refusal; a load calls it when it starts.
 void clearLastLimitText();
