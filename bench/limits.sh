@@ -66,6 +66,7 @@ for shape in "${shapes[@]}"; do
     python3 "$here/worst_shapes.py" ${args[$shape]} "$file"
     if [[ $shape == xml-* ]]; then
         measure spectral "$ovtool" --quiet spectral "$file"
+        measure spec-json "$ovtool" --quiet spectral --json "$file"
         rm -f "$file"
         continue
     fi

@@ -11,7 +11,7 @@ Each shape fills about BYTES bytes (less where a count limit is reached first, s
              limit on lines leaves ("*** 1a2b:" then "k0:\tb" ...)
   line       one giant line of text, no section
   value      one section holding one key with a giant value
-  xml-flat   spectral XML: a root holding empty elements "<a/>"
+  xml-flat   spectral XML: a click list holding empty clicks
   xml-deep   spectral XML: empty elements nested as deep as the reader takes, over and over
   dicom      a DICOM file (path ending in .dcm): image bytes with NULs, then a metadata
              copy made of small sections
@@ -53,9 +53,15 @@ def mixed(size, count, lines):
     return "".join("*** %x:\n" % i + body for i in range(sections))
 
 
+SPECTRAL = 'OV3.0.SpectralAnalysis'
+CLICKS = SPECTRAL + '.ClickInfo'
+CLICK = '<' + CLICKS + '.Click/>'
+
+
 def xml_flat(size, count):
-    n = (size - 16) // 4 if count is None else count
-    return '<r>' + '<a/>' * n + '</r>\n'
+    """A spectral-analysis document whose click list holds empty clicks."""
+    n = (size - 100) // len(CLICK) if count is None else count - 2
+    return '<%s><%s>%s</%s></%s>\n' % (SPECTRAL, CLICKS, CLICK * n, CLICKS, SPECTRAL)
 
 
 def xml_deep(size, count):
