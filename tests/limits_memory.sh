@@ -3,7 +3,8 @@
 # with as many lines as it holds (bench/worst_shapes.py mixed), read by "ovtool get" and
 # "ovtool json" within the bounds the limits are chosen for: 1 GB of memory at the peak
 # (maximum resident set size, GNU time) and 30 s. One section more is refused with status 3
-# and the count. The full measurements of every shape and command are bench/limits.sh's.
+# and the count; with too little memory, a load ends with one line and exit status 3. The full
+# measurements of every shape and command are bench/limits.sh's.
 #
 #   limits_memory.sh OVTOOL GENERATOR MAX_SECTIONS MAX_LINES
 set -euo pipefail
@@ -33,6 +34,20 @@ bounded() { # name command...
 }
 bounded get "$ovtool" --quiet get "$work/ClickInfo.txt" 0 k0
 bounded json "$ovtool" --quiet json "$work/ClickInfo.txt"
+
+# The same load with too little address space (ulimit -v) for it, at a few sizes: the run ends
+# with one line and exit status 3, or with the value; never by a signal, nor does it hang.
+for kib in 150000 200000 250000 300000 350000; do
+    status=0
+    (ulimit -v $kib && exec timeout 30 "$ovtool" get "$work/ClickInfo.txt" 5 k3) >"$work/out" 2>"$work/err" || status=$?
+    if ! { ((status == 3)) && [[ $(wc -l <"$work/err") -eq 1 ]] && grep -q '^ovtool: ' "$work/err"; } &&
+        ! { ((status == 0)) && [[ $(cat "$work/out") == b ]]; }; then
+        echo "ulimit -v $kib: exit $status, $(head -c 300 "$work/err")" >&2
+        failures=$((failures + 1))
+    else
+        echo "ulimit -v $kib: exit $status $(head -c 100 "$work/err")"
+    fi
+done
 
 # One section more than a document holds: refused before the sections are built.
 python3 "$generator" sections 100000000 "$work/ClickInfo.txt" --count $((sections + 1))
