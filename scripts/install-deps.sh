@@ -48,9 +48,12 @@ missing_in() {
             ;;
         test)
             { have pkg-config && pkg-config --exists gtest; } || header_exists gtest/gtest.h || echo "GoogleTest"
+            [[ -x /usr/bin/time ]] || echo "GNU time (/usr/bin/time)"
+            have python3 || echo "python3"
             ;;
         bench)
             { have pkg-config && pkg-config --exists benchmark; } || header_exists benchmark/benchmark.h || echo "Google Benchmark"
+            [[ -x /usr/bin/time ]] || echo "GNU time (/usr/bin/time)"
             ;;
         fuzz)
             if ! have clang++; then
@@ -68,8 +71,8 @@ missing_in() {
 packages_of() {
     case $1 in
         build) echo build-essential g++ cmake make pkg-config qtbase5-dev ;;
-        test) echo libgtest-dev googletest ;;
-        bench) echo libbenchmark-dev ;;
+        test) echo libgtest-dev googletest time python3 ;;
+        bench) echo libbenchmark-dev time python3 ;;
         fuzz) echo clang ;;
         xml) echo libxml2-utils ;;
     esac

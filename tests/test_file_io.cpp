@@ -408,7 +408,7 @@ rlim_t addressSpaceInUse()
 
 } // namespace
 
-// Memory runs out while a file of 200 MB is read: every way in becomes PL_OUT_OF_MEMORY and
+// Memory runs out while a file of 60 MB is read: every way in becomes PL_OUT_OF_MEMORY and
 // the critical message, never an exception that ends the program. The test runs itself again
 // in a process whose allocations are limited: by RLIMIT_AS, or under the address sanitizer
 // (which reserves far more address space than it uses) by its largest allocation.
@@ -419,13 +419,13 @@ TEST(AllocationFailure, BecomesAStatusAndTheCriticalMessage)
         QTemporaryDir dir;
         const QString large = dir.filePath(L1("ClickInfo.txt"));
         writeBytes(large, "*** A:\tx\nk:\tv\n");
-        ASSERT_EQ(::truncate(native(large).constData(), 200 << 20), 0); // sparse: no disk used
+        ASSERT_EQ(::truncate(native(large).constData(), 60 << 20), 0); // sparse: no disk used
         QProcess child;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(L1("OVPARSER_ALLOCATION_FILE"), large);
         environment.insert(L1("ASAN_OPTIONS"),
                            environment.value(L1("ASAN_OPTIONS"))
-                               + L1(":allocator_may_return_null=1:max_allocation_size_mb=64"
+                               + L1(":allocator_may_return_null=1:max_allocation_size_mb=32"
                                     // its warnings of the refused allocations are expected:
                                     // they go to the child's stderr, not to the reports
                                     ":log_path=stderr"));
@@ -449,7 +449,7 @@ TEST(AllocationFailure, BecomesAStatusAndTheCriticalMessage)
                         .arg(text, QLatin1String(context.file), QLatin1String(context.function)));
         });
     if (!ADDRESS_SANITIZER) {
-        const rlimit limit { addressSpaceInUse() + (100 << 20), RLIM_INFINITY };
+        const rlimit limit { addressSpaceInUse() + (40 << 20), RLIM_INFINITY };
         ASSERT_EQ(::setrlimit(RLIMIT_AS, &limit), 0);
     }
     const QString path = QFile::decodeName(file);

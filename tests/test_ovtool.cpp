@@ -256,6 +256,46 @@ TEST_F(ovtoolTest, JsonListsCommentLinesOnlyWhenAsked)
     EXPECT_EQ(succeed("json|annotated.txt"), QJsonDocument(expected).toJson());
 }
 
+// json writes as it goes; what it writes is what QJsonDocument writes of the same document:
+// every Latin-1 character in a value (the escapes, and UTF-8 for the upper half), a raw value
+// and a raw name, a comment line, a section without entries, no leading lines.
+TEST_F(ovtoolTest, JsonWrittenAsItGoesIsWhatQJsonDocumentWrites)
+{
+    QByteArray all;
+    for (int c = 1; c < 256; ++c) {
+        if (c != '\n' && c != '\r' && c != '#')
+            all += char(c);
+    }
+    writeBytes(path("every.txt"), "*** ClickNumber:\tX_001\nClickInfoType:\tRawData\n\n"
+                                  "*** Chars:\tname # note\n# a comment\nAll:\t" + all.trimmed()
+                                      + "\nRaw:\tv # c\n\n*** Empty:\n\n");
+    const auto entry = [](const char* key, const QString& value, const QString& raw) {
+        QJsonObject object { { L1("key"), L1(key) }, { L1("value"), value } };
+        if (raw != value)
+            object.insert(L1("rawValue"), raw);
+        return object;
+    };
+    const QString allText = QString::fromLatin1(all.trimmed());
+    const QJsonArray sections {
+        QJsonObject { { L1("key"), L1("ClickNumber") }, { L1("name"), L1("X_001") },
+                      { L1("entries"),
+                        QJsonArray { entry("ClickInfoType", L1("RawData"), L1("RawData")) } } },
+        QJsonObject { { L1("key"), L1("Chars") }, { L1("name"), L1("name") },
+                      { L1("rawName"), L1("name # note") },
+                      { L1("entries"),
+                        QJsonArray { QJsonObject { { L1("comment"), L1("# a comment") } },
+                                     entry("All", allText, allText),
+                                     entry("Raw", L1("v"), L1("v # c")) } } },
+        QJsonObject { { L1("key"), L1("Empty") }, { L1("name"), L1("") },
+                      { L1("entries"), QJsonArray() } },
+    };
+    const QJsonObject expected { { L1("file"), L1("every.txt") },
+                                 { L1("clickNumber"), L1("X_001") },
+                                 { L1("leadingLines"), QJsonArray() },
+                                 { L1("sections"), sections } };
+    EXPECT_EQ(succeed("json|--quiet|--comments|every.txt"), QJsonDocument(expected).toJson());
+}
+
 TEST_F(ovtoolTest, EachFailureIsOneLineWithItsExitStatus)
 {
     ASSERT_TRUE(QDir(m_dir.path()).mkdir(L1("folder.txt")));
@@ -540,7 +580,7 @@ TEST_F(ovtoolTest, StandardInputLargerThanAFileIsRefused)
     const Result result = ovtool(args("show|-"), L1("exec < big.bin"));
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_EQ(result.err,
-              "ovtool: standard input: more than 256 MiB, larger than a file that is read\n");
+              "ovtool: standard input: more than 64 MiB, larger than a file that is read\n");
     EXPECT_EQ(result.out, QByteArray());
 }
 

@@ -115,7 +115,7 @@ bool readDocument(const QString& file, Row* row, Skipped* why, const QSet<QStrin
     QString* reason = &why->reason;
     if (status != PL_SUCCESS) {
         why->line = document.getLastErrorLine();
-        *reason = why->line > 0 ? getStatusText(status) : withSystemReason(getStatusText(status));
+        *reason = why->line > 0 ? getStatusText(status) : statusReason(status);
         return false;
     }
     document.getClickNumber(&row->clickNumber);
@@ -349,7 +349,7 @@ void assignSequences(const QStringList& sequenceFiles, QVector<Row>* rows,
             skipped->append(
                 { file,
                   status != PL_SUCCESS
-                      ? withSystemReason(getStatusText(status))
+                      ? statusReason(status)
                       : QStringLiteral("no \"%1\" section").arg(PLConstants::SEQUENCEINFO_KEY),
                   sequence.getLastErrorLine() });
             continue;

@@ -3,6 +3,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -11,13 +12,16 @@ const int CONTEXT = 3;
 // line by line; a larger changed region is shown as removed and added whole.
 const qint64 MATCHED_PAIRS_MAX = qint64(1) << 22;
 
+// A line of the text compared, which it refers to: a diff of a large file copies no line.
 struct Line
 {
-    QByteArray text; // without its line feed
-    bool lineFeed = true;
+    const char* text; // without its line feed
+    int size;
+    bool lineFeed;
     bool operator==(const Line& other) const
     {
-        return lineFeed == other.lineFeed && text == other.text;
+        return lineFeed == other.lineFeed && size == other.size
+            && std::memcmp(text, other.text, size_t(size)) == 0;
     }
 };
 using Lines = QVector<Line>;
@@ -37,10 +41,10 @@ Lines splitLines(const QByteArray& bytes)
     while (begin < bytes.size()) {
         const int lineFeed = bytes.indexOf('\n', begin);
         if (lineFeed < 0) {
-            lines.append({ bytes.mid(begin), false });
+            lines.append({ bytes.constData() + begin, bytes.size() - begin, false });
             break;
         }
-        lines.append({ bytes.mid(begin, lineFeed - begin), true });
+        lines.append({ bytes.constData() + begin, lineFeed - begin, true });
         begin = lineFeed + 1;
     }
     return lines;
@@ -118,7 +122,9 @@ QByteArray hunk(const Ops& ops, int from, int to, int aBefore, int bBefore)
         const Op& op = ops[k];
         aCount += op.kind != '+';
         bCount += op.kind != '-';
-        body += op.kind + op.line->text + '\n';
+        body += op.kind;
+        body.append(op.line->text, op.line->size);
+        body += '\n';
         if (!op.line->lineFeed)
             body += "\\ No newline at end of file\n";
     }

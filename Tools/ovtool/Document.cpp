@@ -102,7 +102,7 @@ int loadFailure(const QString& path, const CPLClickInfo& document, int status)
                     getStatusText(status));
     if (isStandardInput(path) && !standardInput().reason.isEmpty())
         return fail(exitStatus, sourceName(path), standardInput().reason);
-    return fail(exitStatus, sourceName(path), withSystemReason(getStatusText(status)));
+    return fail(exitStatus, sourceName(path), statusReason(status));
 }
 
 // What failed when the file could not be opened for an edit: reading it, or, when it reads,
@@ -221,22 +221,16 @@ void warnOfComment(const QString& path, const QString& value)
              + QLatin1String("; get --raw reads the whole text"));
 }
 
-QVector<Entry> entriesOf(const CPLSection& section)
+Entry entryAt(const CPLSection& section, int index)
 {
-    QVector<Entry> entries;
-    const QStringList keys = section.getEntryKeys();
-    const QStringList values = section.getEntryValues(false);
-    const QStringList rawValues = section.getEntryValues(true);
-    for (int i = 0; i < keys.size(); ++i) {
-        Entry entry;
-        entry.isComment = CPLSection::isCommentKey(keys.at(i));
-        entry.rawValue = rawValues.value(i);
-        entry.value = entry.isComment ? entry.rawValue : values.value(i);
-        if (!entry.isComment)
-            entry.key = keys.at(i);
-        entries.append(entry);
-    }
-    return entries;
+    Entry entry;
+    const QString key = section.getEntryKey(index);
+    entry.isComment = CPLSection::isCommentKey(key);
+    entry.rawValue = section.getEntryValue(index, true);
+    entry.value = entry.isComment ? entry.rawValue : section.getEntryValue(index, false);
+    if (!entry.isComment)
+        entry.key = key;
+    return entry;
 }
 
 QString nameOf(const CPLSection& section, bool raw)

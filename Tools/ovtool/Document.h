@@ -62,9 +62,10 @@ struct Entry
     QString rawValue;
     bool isComment = false;
 };
-// The section's entries in file order, comment lines included; a key written on several
-// lines gives each line with its own value.
-QVector<Entry> entriesOf(const CPLSection& section);
+// The entry at `index` of the section's entries in file order, comment lines included
+// (CPLSection::getEntryCount() of them); a key written on several lines gives each line with
+// its own value. One at a time, so that a large section is never copied whole.
+Entry entryAt(const CPLSection& section, int index);
 // The section's name, without its inline comment unless `raw`.
 QString nameOf(const CPLSection& section, bool raw);
 

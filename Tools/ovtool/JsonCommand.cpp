@@ -5,9 +5,10 @@
 #include "PLClickInfo.h"
 #include "PLSection.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QByteArray>
+#include <QVector>
+
+#include <cstring>
 
 namespace {
 
@@ -26,36 +27,140 @@ const QString SHAPE_HELP = QStringLiteral(
     "          { \"comment\": \"# a comment line, only with --comments\" } ] } ]\n"
     "  }\n");
 
-// A plain text, and its raw form under `rawField` only when it differs.
-void addText(QJsonObject& object, const QString& field, const QString& text,
-             const QString& rawField, const QString& rawText)
+// Writes JSON as it goes, in the form of QJsonDocument::toJson(Indented) (members sorted by
+// name, four blanks a level, strings escaped as Qt escapes them), so that the output of a
+// large document is never held whole: what is written waits in a small buffer.
+class JsonWriter
 {
-    object.insert(field, text);
-    if (rawText != text)
-        object.insert(rawField, rawText);
+public:
+    ~JsonWriter() { flush(); }
+
+    // Opens an object or array as the next item: a member's value when `name` is given.
+    void open(char bracket, const char* name = nullptr)
+    {
+        item(name);
+        m_buffer += bracket;
+        m_buffer += '\n';
+        m_first.append(true);
+    }
+    void close(char bracket)
+    {
+        // An empty object or array closes on the line after its bracket.
+        if (!m_first.takeLast())
+            m_buffer += '\n';
+        indent();
+        m_buffer += bracket;
+        if (m_first.isEmpty())
+            m_buffer += '\n';
+        if (m_buffer.size() >= FLUSH_SIZE)
+            flush();
+    }
+    void string(const QString& text, const char* name = nullptr)
+    {
+        item(name);
+        quote(text);
+    }
+
+private:
+    static constexpr int FLUSH_SIZE = 64 * 1024;
+
+    void flush()
+    {
+        writeOutputBytes(m_buffer);
+        m_buffer.truncate(0);
+    }
+    void indent() { m_buffer.append(4 * m_first.size(), ' '); }
+    // Separates the item from the one before it and writes its name.
+    void item(const char* name)
+    {
+        if (!m_first.isEmpty()) {
+            if (!m_first.last())
+                m_buffer += ",\n";
+            m_first.last() = false;
+        }
+        indent();
+        if (name) {
+            m_buffer += '"';
+            m_buffer += name;
+            m_buffer += "\": ";
+        }
+    }
+    void quote(const QString& text)
+    {
+        static const char HEX[] = "0123456789abcdef";
+        m_buffer += '"';
+        for (const QChar c : text) {
+            const ushort u = c.unicode();
+            if (u >= 0x800) {
+                m_buffer += QString(c).toUtf8();
+                continue;
+            }
+            if (u >= 0x80) {
+                m_buffer += char(0xc0 | (u >> 6));
+                m_buffer += char(0x80 | (u & 0x3f));
+                continue;
+            }
+            if (u >= 0x20 && u != '"' && u != '\\') {
+                m_buffer += char(u);
+                continue;
+            }
+            // The short escapes JSON has, else the code in four hexadecimal digits.
+            static const char SHORT[] = "\"\"\\\\\bb\ff\nn\rr\tt";
+            const char* known = u == 0 ? nullptr : std::strchr(SHORT, char(u));
+            m_buffer += '\\';
+            if (known && (known - SHORT) % 2 == 0) {
+                m_buffer += known[1];
+            } else {
+                m_buffer += "u00";
+                m_buffer += HEX[u >> 4];
+                m_buffer += HEX[u & 0xf];
+            }
+        }
+        m_buffer += '"';
+    }
+
+    QByteArray m_buffer;
+    // For each open object or array, whether no item has been written in it yet.
+    QVector<bool> m_first;
+};
+
+// A plain text, and its raw form under `rawField` only when it differs: the members in the
+// order of their names.
+void writeText(JsonWriter& json, const char* field, const QString& text, const char* rawField,
+               const QString& rawText)
+{
+    const bool rawFirst = rawText != text && qstrcmp(rawField, field) < 0;
+    if (rawFirst)
+        json.string(rawText, rawField);
+    json.string(text, field);
+    if (rawText != text && !rawFirst)
+        json.string(rawText, rawField);
 }
 
-QJsonObject sectionObject(const CPLSection& section, bool comments)
+void writeSection(JsonWriter& json, const CPLSection& section, bool comments)
 {
-    QJsonArray entries;
-    const QVector<Entry> sectionEntries = entriesOf(section);
-    for (const Entry& entry : sectionEntries) {
-        if (entry.isComment) {
-            if (comments)
-                entries.append(QJsonObject { { QStringLiteral("comment"), entry.value } });
+    json.open('{');
+    json.open('[', "entries");
+    const int count = section.getEntryCount();
+    for (int i = 0; i < count; ++i) {
+        const Entry entry = entryAt(section, i);
+        if (entry.isComment && !comments)
             continue;
+        json.open('{');
+        if (entry.isComment) {
+            json.string(entry.value, "comment");
+        } else {
+            json.string(entry.key, "key");
+            writeText(json, "value", entry.value, "rawValue", entry.rawValue);
         }
-        QJsonObject object { { QStringLiteral("key"), entry.key } };
-        addText(object, QStringLiteral("value"), entry.value, QStringLiteral("rawValue"),
-                entry.rawValue);
-        entries.append(object);
+        json.close('}');
     }
+    json.close(']');
     QString key;
     section.getSectionKey(&key);
-    QJsonObject object { { QStringLiteral("key"), key }, { QStringLiteral("entries"), entries } };
-    addText(object, QStringLiteral("name"), nameOf(section, false), QStringLiteral("rawName"),
-            nameOf(section, true));
-    return object;
+    json.string(key, "key");
+    writeText(json, "name", nameOf(section, false), "rawName", nameOf(section, true));
+    json.close('}');
 }
 
 } // namespace
@@ -77,18 +182,23 @@ int runJson(const QStringList& arguments)
         return status;
     warnOfLoad(document.getLoadWarningList());
 
-    QJsonArray sections;
-    const QStringList sectionKeys = document.getSectionKeys();
-    for (const QString& sectionKey : sectionKeys)
-        sections.append(
-            sectionObject(*document[sectionKey], commandLine.isSet(QStringLiteral("comments"))));
     QString clickNumber;
     document.getClickNumber(&clickNumber);
-    const QJsonObject root { { QStringLiteral("file"), sourceName(path) },
-                             { QStringLiteral("clickNumber"), clickNumber },
-                             { QStringLiteral("leadingLines"),
-                               QJsonArray::fromStringList(document.getLeadingLines()) },
-                             { QStringLiteral("sections"), sections } };
-    writeOutputBytes(QJsonDocument(root).toJson(QJsonDocument::Indented));
+    JsonWriter json;
+    json.open('{');
+    json.string(clickNumber, "clickNumber");
+    json.string(sourceName(path), "file");
+    json.open('[', "leadingLines");
+    const QStringList leadingLines = document.getLeadingLines();
+    for (const QString& line : leadingLines)
+        json.string(line);
+    json.close(']');
+    json.open('[', "sections");
+    const bool comments = commandLine.isSet(QStringLiteral("comments"));
+    const QStringList sectionKeys = document.getSectionKeys();
+    for (const QString& sectionKey : sectionKeys)
+        writeSection(json, *document[sectionKey], comments);
+    json.close(']');
+    json.close('}');
     return ExitSuccess;
 }

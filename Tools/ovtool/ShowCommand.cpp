@@ -32,11 +32,15 @@ void printSection(QTextStream& out, const CPLSection& section, bool raw, bool co
         out << QLatin1Char(' ') << name;
     out << QLatin1Char('\n');
 
-    const QVector<Entry> entries = entriesOf(section);
+    const int count = section.getEntryCount();
     int width = 0;
-    for (const Entry& entry : entries)
-        width = std::max(width, entry.isComment ? 0 : entry.key.size() + 1);
-    for (const Entry& entry : entries) {
+    for (int i = 0; i < count; ++i) {
+        const QString entryKey = section.getEntryKey(i);
+        if (!CPLSection::isCommentKey(entryKey))
+            width = std::max(width, entryKey.size() + 1);
+    }
+    for (int i = 0; i < count; ++i) {
+        const Entry entry = entryAt(section, i);
         if (entry.isComment) {
             if (comments && !entry.value.isEmpty())
                 out << INDENT << entry.value;

@@ -63,8 +63,7 @@ std::optional<int> load(const QString& path, CPLSpectralWrapper* wrapper)
                         .arg(reader.getErrorColumn()),
                     QLatin1String("malformed XML: ") + reader.getErrorMessage());
     default:
-        return fail(exitStatusOf(status, Step::Read), path,
-                    withSystemReason(getStatusText(status)));
+        return fail(exitStatusOf(status, Step::Read), path, statusReason(status));
     }
     if (wrapper->loadSpectralXML(reader) != PL_SUCCESS)
         return fail(ExitMalformed, path,

@@ -39,7 +39,9 @@ const QString EXIT_STATUS_HELP = QStringLiteral(
     "  0  success\n"
     "  1  the section, key or entry asked for is not in the file\n"
     "  2  usage error: unknown command or option, wrong number of arguments\n"
-    "  3  the file cannot be read: missing, unreadable, not a regular file, too large\n"
+    "  3  the file cannot be read: missing, unreadable, not a regular file, too large,\n"
+    "     holding more than is loaded; or not enough memory (\"ovtool: not enough\n"
+    "     memory\")\n"
     "     (browse: an acquisition or folder was left out)\n"
     "  4  the file is malformed: it does not load, or holds nothing to work on\n"
     "  5  the file cannot be written (a write, sync or rename failed); it is left as it was\n"
@@ -83,6 +85,7 @@ int exitStatusOf(int status, Step step)
     case PL_FILE_TOO_LARGE:
     case PL_NOT_REGULAR_FILE:
     case PL_OUT_OF_MEMORY:
+    case PL_LIMIT_EXCEEDED:
         return ExitCannotRead;
     case PL_MALFORMED_SECTION_HEADER:
     case PL_NOTHING_TO_WORK_ON:
@@ -144,6 +147,12 @@ QString withSystemReason(const QString& message)
     if (reason.isEmpty() || message.endsWith(reason))
         return message;
     return message + QLatin1String(": ") + reason;
+}
+
+QString statusReason(int status)
+{
+    const QString limit = status == PL_LIMIT_EXCEEDED ? getLastLimitText() : QString();
+    return limit.isEmpty() ? withSystemReason(getStatusText(status)) : limit;
 }
 
 void warn(const QString& message)

@@ -67,6 +67,10 @@ int failWith(int status, const QString& message);
 // `message` followed by the operating system's reason for the library's last failed file
 // operation (getLastSystemError()), unless it is empty or the message ends with it already.
 QString withSystemReason(const QString& message);
+// What a failed read with `status` says: for PL_LIMIT_EXCEEDED the count and the limit
+// ("1,000,001 sections, more than the 100,000 a document may hold"), else the status text
+// with the system's reason.
+QString statusReason(int status);
 // Prints "ovtool: <message>" as one line on stderr, unless --quiet was given.
 void warn(const QString& message);
 // Prints "ovtool: <what>; see "ovtool <command> --help"" as one line; returns ExitUsage.

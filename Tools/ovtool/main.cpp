@@ -11,7 +11,10 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <iterator>
+#include <new>
 
 namespace {
 
@@ -45,11 +48,9 @@ const Command COMMANDS[] = {
       QLatin1String("Shows an instrument configuration with its extensions and accessories."),
       runCamera },
     { QLatin1String("bkg"),
-      QLatin1String("Lists a background library, or the background for an acquisition."),
-      runBkg },
+      QLatin1String("Lists a background library, or the background for an acquisition."), runBkg },
     { QLatin1String("sequence"),
-      QLatin1String("Shows and checks a sequence; \"sequence create\" writes one."),
-      runSequence },
+      QLatin1String("Shows and checks a sequence; \"sequence create\" writes one."), runSequence },
 };
 
 // Ends the program on SIGINT, SIGTERM or SIGHUP as the signal would, without leaving a lock
@@ -80,18 +81,20 @@ QString commandsHelp()
         text += QLatin1String("  ") + QString(command.name).leftJustified(width + 2)
             + command.summary + QLatin1Char('\n');
     return text
-        + QLatin1String("\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
-                        "matched in any case. Text is shown in the locale's encoding. set, add,\n"
-                        "unset and format change only what they edit, and take --dry-run to\n"
-                        "show the change as a diff instead; show, get and json read standard\n"
-                        "input for FILE \"-\". --quiet and --verbose may also follow the command.\n"
-                        "QT_LOGGING_RULES=\"ovparser.*=false\" silences the library's diagnostics.\n");
+        + QLatin1String(
+               "\"ovtool COMMAND --help\" describes a command. Section keys and keys are\n"
+               "matched in any case. Text is shown in the locale's encoding. set, add,\n"
+               "unset and format change only what they edit, and take --dry-run to\n"
+               "show the change as a diff instead; show, get and json read standard\n"
+               "input for FILE \"-\". --quiet and --verbose may also follow the command.\n"
+               "QT_LOGGING_RULES=\"ovparser.*=false\" silences the library's diagnostics.\n");
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
+    // A command-line tool needs no GLib event loop, and GLib ends the program on an allocation
+    // failure (g_error()) instead of reporting it.
+    qputenv("QT_NO_GLIB", "1");
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ovtool"));
     // Past a file size limit a write fails, and is reported, instead of ending the program.
@@ -129,8 +132,8 @@ int main(int argc, char** argv)
     int status = ExitSuccess;
     const QStringList arguments = parser.positionalArguments();
     if (parser.isSet(QStringLiteral("help"))) {
-        standardOutput() << helpText(parser, QStringLiteral("[--verbose] [--quiet] COMMAND [ARGUMENTS...]"),
-                                     commandsHelp());
+        standardOutput() << helpText(
+            parser, QStringLiteral("[--verbose] [--quiet] COMMAND [ARGUMENTS...]"), commandsHelp());
     } else if (parser.isSet(QStringLiteral("version"))) {
         standardOutput() << QLatin1String("ovtool " OVPARSER_VERSION_STRING "\novparser library ")
                          << CParserLibrary::version() << QLatin1Char('\n');
@@ -148,4 +151,20 @@ int main(int argc, char** argv)
         return fail(ExitCannotWrite, QStringLiteral("standard output"),
                     QStringLiteral("cannot write"));
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // The library reports an allocation failure as a status; one in ovtool's own code (or in
+    // Qt's, on its behalf) ends the run here, with one line and the status of a file that
+    // cannot be read. Nothing that may allocate runs after it: the buffered output is not
+    // flushed, static objects are not destroyed.
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::fputs("ovtool: not enough memory\n", stderr);
+        std::_Exit(ExitCannotRead);
+    }
 }

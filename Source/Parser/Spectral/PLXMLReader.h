@@ -36,9 +36,11 @@ public:
     // bytes (63), 65 when memory runs out. Returns 11 when it cannot be opened or read
     // (getLastSystemError() says why), 50 when it is not
     // well-formed XML (then getErrorLine(), getErrorColumn() and getErrorMessage() say where
-    // and why, and a warning is logged), else 0. A failed load leaves an empty document.
+    // and why, and a warning is logged), 78 for more than PL_MAX_XML_ELEMENTS elements
+    // (getErrorMessage() and getLastLimitText() give the count), else 0. A failed load leaves
+    // an empty document.
     int loadXMLFile(const QString& fileName);
-    // Parses XML held in memory; 50 or 0 as loadXMLFile().
+    // Parses XML held in memory; 50, 65, 78 or 0 as loadXMLFile().
     int loadXMLData(const QByteArray& data);
 
     // The document element; a null element before a successful load.
@@ -58,6 +60,8 @@ public:
 private:
     // Parses `data`; a failure is logged with `source` (a file name) and its place.
     int parse(const QByteArray& data, const QString& source);
+    // parse() without its guard against an allocation failure.
+    int parseGuarded(const QByteArray& data, const QString& source);
     // Ends a failed parse: empties the document, logs the error set before with `source`,
     // and returns 50.
     int refuse(const QString& source);

@@ -7,6 +7,7 @@
 #include "PLFileStamp_p.h"
 #include "PLFileWriter_p.h"
 #include "PLKeyHash_p.h"
+#include "PLLimits_p.h"
 #include "PLLineGrammar_p.h"
 #include "PLLoadCheck_p.h"
 #include "PLLogging_p.h"
@@ -114,18 +115,23 @@ int CPLClickInfo::addSection(CPLSection* section)
 {
     if (!section)
         return PL_NULL_ARGUMENT;
-    QString key;
-    QString name;
-    if (section->getSectionKey(&key) != PL_SUCCESS || key.isEmpty())
-        return PL_NOTHING_TO_WORK_ON;
-    section->getSectionName(&name, true);
-    if (CPLSection::breaksFile(key, CPLSection::TextRole::SectionKey)
-        || CPLSection::breaksFile(name, CPLSection::TextRole::Value))
-        return PL_INVALID_ARGUMENT;
+    // The document holds the section only once it stands in the map: until then, and when it
+    // is not taken (a key present already, or no memory), the caller keeps it.
     std::unique_ptr<CPLSection> owned(section);
-    if (!insertSection(owned))
-        owned.release(); // present: the caller keeps its section
-    return PL_SUCCESS;
+    const int status = PL_GUARDED({
+        QString key;
+        QString name;
+        if (owned->getSectionKey(&key) != PL_SUCCESS || key.isEmpty())
+            return PL_NOTHING_TO_WORK_ON;
+        owned->getSectionName(&name, true);
+        if (CPLSection::breaksFile(key, CPLSection::TextRole::SectionKey)
+            || CPLSection::breaksFile(name, CPLSection::TextRole::Value))
+            return PL_INVALID_ARGUMENT;
+        insertSection(owned);
+        return PL_SUCCESS;
+    });
+    owned.release();
+    return status;
 }
 
 int CPLClickInfo::removeSection(const QString& sectionKey)
@@ -137,9 +143,7 @@ int CPLClickInfo::removeSection(const QString& sectionKey)
 int CPLClickInfo::adoptSection(std::unique_ptr<CPLSection>& section)
 {
     const int status = addSection(section.get());
-    QString key;
-    section->getSectionKey(&key);
-    if ((*this)[key] == section.get())
+    if (holdsSection(section.get()))
         section.release();
     return status;
 }
@@ -152,9 +156,24 @@ CPLSection* CPLClickInfo::addNewSection(const QString& sectionKey, const QString
     return section ? nullptr : added;
 }
 
+int CPLClickInfo::emptiedUnlessLoaded(int status)
+{
+    if (status == PL_OUT_OF_MEMORY) {
+        // Nothing of this allocates: what a load built so far is dropped, and with it
+        // whatever the document held before.
+        deleteSections();
+        m_strClickNumber.clear();
+        m_LeadingLines.clear();
+        m_iFileSectionCount = 0;
+        setLoadWarnings(QList<CPLLoadWarning>());
+        m_pLoadedFile.reset();
+    }
+    return status;
+}
+
 int CPLClickInfo::loadTextBuffer(const QString& text)
 {
-    return PL_GUARDED({
+    return emptiedUnlessLoaded(PL_GUARDED({
         // The sections share the text, and each block handed to loadSectionData() refers to
         // it. utf16() ends it with the 0 the scanner stops at, copying a string that only
         // refers to memory of the caller's (QString::fromRawData()), so the sections never
@@ -167,12 +186,16 @@ int CPLClickInfo::loadTextBuffer(const QString& text)
         if (m_pLoadCheck && m_pLoadCheck->text() == data)
             return loadSections(data, m_pLoadCheck->length(), *m_pLoadCheck);
         const qint64 length = textLength(data, m_strTextBeingLoaded.size());
+        if (const int refused = PLLimits::checkDocument(data, length, QString())) {
+            m_iLastErrorLine = 0;
+            return refused;
+        }
         CPLLoadCheck check(data, length, m_strTextBeingLoaded.size(), nullptr);
         const int status = loadSections(data, length, check);
         setLoadWarnings(check.finish(QString(), 0));
         logLoadWarnings();
         return status;
-    });
+    }));
 }
 
 int CPLClickInfo::loadSections(const QChar* data, qint64 length, CPLLoadCheck& check)
@@ -278,7 +301,7 @@ int CPLClickInfo::loadClickInfo(const QString& filePath, bool appendUserSections
 
 int CPLClickInfo::loadFile(const QString& filePath, QByteArray* bytes)
 {
-    return PL_GUARDED({
+    return emptiedUnlessLoaded(PL_GUARDED({
         PLFile::FileStatus read {};
         int status = PL_SUCCESS;
         if (!PLFile::isDicomPath(filePath)) {
@@ -296,7 +319,7 @@ int CPLClickInfo::loadFile(const QString& filePath, QByteArray* bytes)
             && status != PL_NOT_REGULAR_FILE)
             rememberLoadedFile(filePath, read, *bytes, status);
         return status;
-    });
+    }));
 }
 
 void CPLClickInfo::rememberLoadedFile(const QString& filePath, const struct stat& status,
@@ -369,10 +392,10 @@ int CPLClickInfo::loadClickInfoBytes(const char* data, qint64 size, const QStrin
                   qUtf8Printable(getStatusText(PL_FILE_TOO_LARGE)));
         return PL_FILE_TOO_LARGE;
     }
-    return PL_GUARDED({
+    return emptiedUnlessLoaded(PL_GUARDED({
         const CPLDecodedText decoded(data, size);
         return loadDecoded(decoded, sourceName);
-    });
+    }));
 }
 
 int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sourceName)
@@ -380,6 +403,13 @@ int CPLClickInfo::loadDecoded(const CPLDecodedText& decoded, const QString& sour
     const QString& text = decoded.text();
     const auto* data = reinterpret_cast<const QChar*>(text.utf16());
     const qint64 length = textLength(data, text.size());
+    // The decoder counted the lines of the text; past a NUL, which ends what is loaded, they
+    // are counted again.
+    const qint64 lines = length == text.size() ? decoded.lineCount() : -1;
+    if (const int refused = PLLimits::checkDocument(data, length, sourceName, lines)) {
+        m_iLastErrorLine = 0;
+        return refused;
+    }
     CPLLoadCheck check(data, length, text.size(), &decoded);
     m_strLoadSource = sourceName;
     m_iLinesBefore = decoded.linesBefore();

@@ -66,7 +66,8 @@ public:
     // Returns 5 for a header with no prefix, no colon after the prefix or a "#" at or before
     // the colon, and 33 for an empty key or a "ClickNumber" section without a click number;
     // loading stops there and keeps the sections read so far. The text is read up to its
-    // first NUL. Sections already present keep their content (see loadClickInfo()).
+    // first NUL. Sections already present keep their content (see loadClickInfo()). 78 and 65
+    // as loadClickInfo().
     virtual int loadTextBuffer(const QString& text);
     // Removes every section (through removeSection()) and empties the click number and the
     // leading lines.
@@ -80,10 +81,13 @@ public:
     // Only a regular file is read (a symbolic link is followed). Returns 11 when the file
     // cannot be opened or read, a directory too (getLastSystemError() says why), 64 for a
     // FIFO, device or socket (never opened for reading), 63 for a file (or DICOM metadata)
-    // larger than PL_MAX_FILE_SIZE, 65 when memory runs out, else the status of
-    // loadTextBuffer(). After a successful load getFileSectionCount() gives the number of
-    // sections and getLoadWarnings() what saving would not write back as it was read; then,
-    // when `appendUserSections` is set, appendUserSpecificSections(false) is called and its
+    // larger than PL_MAX_FILE_SIZE, 78 for a text of more lines or sections than a document
+    // holds (PL_MAX_LINES, PL_MAX_SECTIONS; getLastLimitText() gives the count), counted
+    // before any section is built, 65 when memory runs out, else the status of
+    // loadTextBuffer(). A load that runs out of memory leaves the document empty (sections
+    // present before it included) and usable. After a successful load getFileSectionCount() gives
+    // the number of sections and getLoadWarnings() what saving would not write back as it was read;
+    // then, when `appendUserSections` is set, appendUserSpecificSections(false) is called and its
     // status returned.
     //
     // Loading does not clear the document: a section already present keeps its content and
@@ -93,7 +97,7 @@ public:
     // Loads `size` bytes already read (standard input, say) as loadClickInfo() loads the bytes
     // of a text file; `sourceName` names them in load warnings and messages ("FILE:LINE:").
     // Returns 16 for null data, 31 for a negative size, 63 for more than PL_MAX_FILE_SIZE
-    // bytes, 65 when memory runs out, else the status of loadTextBuffer().
+    // bytes, 78 or 65 as loadClickInfo(), else the status of loadTextBuffer().
     int loadClickInfoBytes(const char* data, qint64 size, const QString& sourceName);
 
     // Loads one image's acquisition from a folder of acquisitions (a sequence folder holds
@@ -334,6 +338,9 @@ private:
     // Loads the last metadata copy of a DICOM file's bytes; `filePath` names it.
     int loadDicomMetadata(const char* data, qint64 size, const QString& filePath);
     void logLoadWarnings() const;
+    // Ends a load with `status`: one that ran out of memory (PL_OUT_OF_MEMORY) leaves the
+    // document empty, with no section half built, and usable for another load.
+    int emptiedUnlessLoaded(int status);
     // Line `textLine` of the text being loaded as a line of the file it came from.
     CPLTextLocation locationOf(int textLine) const;
 

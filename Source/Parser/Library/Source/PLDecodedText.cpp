@@ -45,6 +45,10 @@ CPLDecodedText::CPLDecodedText(const char* data, qint64 size)
         }
     }
     m_text.truncate(static_cast<int>(out - begin));
+    // The lines, for the limit on them, counted in the bytes (half the size of the text): a
+    // CR LF holds a line feed, a lone CR does not. The text is trimmed: it never ends with a
+    // line feed.
+    m_lines = m_text.isEmpty() ? 0 : PLText::count(bytes.begin, bytes.end, '\n') + m_cr.size() + 1;
 }
 
 CPLDecodedText::LineEnd CPLDecodedText::lineEndAt(qint64 lfOffset) const

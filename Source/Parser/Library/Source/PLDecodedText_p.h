@@ -34,6 +34,9 @@ public:
     // of the bytes.
     int linesBefore() const { return m_linesBefore; }
 
+    // The number of lines of the text.
+    qint64 lineCount() const { return m_lines; }
+
     // How the line whose line feed stands at `lfOffset` of the text ended in the bytes.
     LineEnd lineEndAt(qint64 lfOffset) const;
     // The offsets in the text of the line feeds that were CR LF, and that were a lone CR,
@@ -49,6 +52,7 @@ private:
     PLText::Span<char> m_leading {};
     PLText::Span<char> m_trailing {};
     int m_linesBefore = 0;
+    qint64 m_lines = 0;
     QVector<qint64> m_crLf;
     QVector<qint64> m_cr;
 };

@@ -344,20 +344,42 @@ QString refusal(const QString& text, CPLSection::TextRole role)
     return CPLSection::breaksFile(text, role) ? CPLSection::textFaultText(text, role) : QString();
 }
 
-// The lines of a section as a load reads them, but those of `key` and empty lines: key and
-// raw value, or a comment's text.
-QStringList otherLines(const CPLSection& section, const QString& key)
+// Whether entry `index` of a section is one of the lines that an edit of `key` leaves alone:
+// not a line of `key`, nor an empty line.
+bool isOtherLine(const CPLSection& section, int index, const QString& key)
 {
-    QStringList lines;
-    const QStringList keys = section.getEntryKeys();
-    const QStringList values = section.getEntryValues(true);
-    for (int i = 0; i < keys.size(); ++i) {
-        const bool comment = CPLSection::isCommentKey(keys[i]);
-        if ((comment && values[i].isEmpty()) || (!comment && PLKeyHash::equal(keys[i], key)))
-            continue;
-        lines.append((comment ? QString() : keys[i]) + QLatin1Char('\n') + values[i]);
+    const QString entryKey = section.getEntryKey(index);
+    if (CPLSection::isCommentKey(entryKey))
+        return !section.getEntryValue(index, true).isEmpty();
+    return !PLKeyHash::equal(entryKey, key);
+}
+
+// The entry of a section that follows `index` and is one of its other lines (isOtherLine()),
+// or the number of entries when none is.
+int nextOtherLine(const CPLSection& section, int index, const QString& key)
+{
+    const int count = section.getEntryCount();
+    while (++index < count && !isOtherLine(section, index, key)) { }
+    return index;
+}
+
+// Whether two sections read alike as a load reads them (key and raw value, or a comment's
+// text), but for the lines of `key` and empty lines. One line at a time, so that a large
+// section is never copied.
+bool sameOtherLines(const CPLSection& a, const CPLSection& b, const QString& key)
+{
+    int i = nextOtherLine(a, -1, key);
+    int j = nextOtherLine(b, -1, key);
+    for (; i < a.getEntryCount() && j < b.getEntryCount();
+         i = nextOtherLine(a, i, key), j = nextOtherLine(b, j, key)) {
+        const QString keyA = a.getEntryKey(i);
+        const QString keyB = b.getEntryKey(j);
+        const bool commentA = CPLSection::isCommentKey(keyA);
+        if (commentA != CPLSection::isCommentKey(keyB) || (!commentA && keyA != keyB)
+            || a.getEntryValue(i, true) != b.getEntryValue(j, true))
+            return false;
     }
-    return lines;
+    return i >= a.getEntryCount() && j >= b.getEntryCount();
 }
 
 // Whether `after` reads every section of `before` as it did, but the lines of `key` in the
@@ -374,7 +396,7 @@ QString changedElsewhere(const CPLClickInfo& before, const CPLClickInfo& after,
         return QStringLiteral("would change the sections of the file");
     const CPLSection* old = before[edited];
     const CPLSection* now = after[edited];
-    if (old && (!now || otherLines(*old, key) != otherLines(*now, key)))
+    if (old && (!now || !sameOtherLines(*old, *now, key)))
         return QStringLiteral("would change how other lines of section %1 read").arg(quoted(edited));
     return QString();
 }
@@ -398,14 +420,14 @@ bool holdsOnce(const CPLClickInfo& document, const QString& sectionKey, const QS
     const CPLSection* section = document[sectionKey];
     if (!section)
         return false;
-    const QStringList keys = section->getEntryKeys();
-    const QStringList values = section->getEntryValues(true);
-    QStringList found;
-    for (int i = 0; i < keys.size(); ++i) {
-        if (!CPLSection::isCommentKey(keys[i]) && PLKeyHash::equal(keys[i], key))
-            found.append(values[i]);
+    int found = 0;
+    for (int i = 0; i < section->getEntryCount(); ++i) {
+        const QString entryKey = section->getEntryKey(i);
+        if (!CPLSection::isCommentKey(entryKey) && PLKeyHash::equal(entryKey, key)
+            && (++found > 1 || section->getEntryValue(i, true) != rawValue))
+            return false;
     }
-    return found == QStringList { rawValue };
+    return found == 1;
 }
 
 } // namespace

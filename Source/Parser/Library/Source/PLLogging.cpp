@@ -1,5 +1,7 @@
 #include "PLLogging_p.h"
 
+#include <QLocale>
+
 Q_LOGGING_CATEGORY(lcOvLoad, "ovparser.load", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvFile, "ovparser.file", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvSave, "ovparser.save", QtInfoMsg)
@@ -8,6 +10,35 @@ Q_LOGGING_CATEGORY(lcOvMemory, "ovparser.memory", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvCamera, "ovparser.camera", QtInfoMsg)
 
 namespace PLLog {
+
+void prepare()
+{
+    // Each category registers itself, and Qt reads its logging rules and makes its default
+    // locale, on first use: done here, while memory is to be had, rather than in the middle of
+    // a failure. An exception in Qt's own first-use set-up can leave its lock held, and the
+    // next use then waits for ever.
+    static const bool prepared = [] {
+        lcOvLoad();
+        lcOvFile();
+        lcOvSave();
+        lcOvXml();
+        lcOvMemory();
+        lcOvCamera();
+        QLocale();
+        return true;
+    }();
+    Q_UNUSED(prepared);
+}
+
+namespace {
+
+// The set-up is done when the library is loaded, when memory is to be had: a first guarded
+// operation that runs out of memory would otherwise meet it half done, inside Qt's own
+// first-use set-up, whose lock an exception can leave held (the next message then waits for
+// ever).
+const bool g_preparedAtLoad = (prepare(), true);
+
+} // namespace
 
 void allocationFailure(const char* file, int line, const char* function)
 {

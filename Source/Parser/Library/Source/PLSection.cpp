@@ -800,8 +800,26 @@ QStringList CPLSection::getEntryKeys() const
     QStringList keys;
     keys.reserve(d->entries.size());
     for (int entry = 0; entry < d->entries.size(); ++entry)
-        keys.append(d->keyOf(entry).toString());
+        keys.append(getEntryKey(entry));
     return keys;
+}
+
+int CPLSection::getEntryCount() const
+{
+    return d->entries.size();
+}
+
+QString CPLSection::getEntryKey(int index) const
+{
+    return index < 0 || index >= d->entries.size() ? QString() : d->keyOf(index).toString();
+}
+
+QString CPLSection::getEntryValue(int index, bool raw) const
+{
+    if (index < 0 || index >= d->entries.size())
+        return QString();
+    const QStringView value = d->ownValueOf(index);
+    return (raw ? value : withoutInlineComment(value)).toString();
 }
 
 bool CPLSection::isCommentKey(const QString& key)
@@ -928,9 +946,7 @@ QStringList CPLSection::getEntryValues(bool raw) const
 {
     QStringList values;
     values.reserve(d->entries.size());
-    for (int entry = 0; entry < d->entries.size(); ++entry) {
-        const QStringView value = d->ownValueOf(entry);
-        values.append((raw ? value : withoutInlineComment(value)).toString());
-    }
+    for (int entry = 0; entry < d->entries.size(); ++entry)
+        values.append(getEntryValue(entry, raw));
     return values;
 }

@@ -214,6 +214,12 @@ public:
     // holds more than once gives the value of its own line, not the last one, until the key
     // is set again. A reader that shows what a file holds uses this.
     QStringList getEntryValues(bool raw) const;
+    // The same one entry at a time, for a reader that goes through a large section without a
+    // list of all its texts: the number of entries, comment entries included, and the key and
+    // value of the entry at `index` in file order, as in the lists above (null outside).
+    int getEntryCount() const;
+    QString getEntryKey(int index) const;
+    QString getEntryValue(int index, bool raw) const;
 
 private:
     friend class CPLClickInfo;

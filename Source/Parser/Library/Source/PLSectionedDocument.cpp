@@ -105,12 +105,30 @@ bool CPLSectionedDocument::insertSection(std::unique_ptr<CPLSection>& section,
         section->getSectionKey(&key);
     if (m_Sections.value(CPLCaseInsensitiveKey::lookup(key)))
         return false;
-    m_Sections.insert(key, section.release());
+    // Either both the order and the map hold the section or neither does, whatever throws:
+    // the order first, taken back when the map cannot take the section. The section is
+    // released from the caller only once the map holds it.
     if (position < 0 || position > m_SectionKeys.size())
         position = m_SectionKeys.size();
     m_SectionKeys.insert(position, key);
+    try {
+        m_Sections.insert(key, section.get());
+    } catch (...) {
+        m_SectionKeys.removeAt(position);
+        throw;
+    }
+    section.release();
     ++m_iSectionCount;
     return true;
+}
+
+bool CPLSectionedDocument::holdsSection(const CPLSection* section) const
+{
+    if (!section)
+        return false;
+    QString key;
+    section->getSectionKey(&key);
+    return m_Sections.value(CPLCaseInsensitiveKey::lookup(key)) == section;
 }
 
 std::unique_ptr<CPLSection> CPLSectionedDocument::takeSection(const QString& sectionKey)

@@ -98,8 +98,13 @@ protected:
     // Stores `section` under `mapKey` (its section key when empty) at `position` of the order
     // (at the end for -1 or a position past it), taking ownership: `section` is then null.
     // False, leaving `section` with the caller, when a section with that key is present.
+    // When an allocation fails, throws std::bad_alloc with the document and `section` as
+    // they were.
     bool insertSection(std::unique_ptr<CPLSection>& section, const QString& mapKey = QString(),
                        int position = -1);
+    // Whether the document holds this very section (under its key). Allocates nothing, so
+    // that a caller can tell after an allocation failure who owns a section.
+    bool holdsSection(const CPLSection* section) const;
     // Removes the section with this key and hands it to the caller; null when absent.
     std::unique_ptr<CPLSection> takeSection(const QString& sectionKey);
     // Puts `section` in the place of the section with its key, which is deleted; appends it

@@ -56,6 +56,8 @@ QString getStatusText(int status)
     case PL_LOAD_INCOMPLETE:
         return QStringLiteral("the document did not load all the file holds, and a save over it "
                               "would lose the rest");
+    case PL_LIMIT_EXCEEDED:
+        return QStringLiteral("the file holds more than the library loads");
     case PL_NO_BACKGROUND_FITS:
         return QStringLiteral("no background of the library fits the acquisition");
     case PL_CLICK_ALREADY_LISTED:

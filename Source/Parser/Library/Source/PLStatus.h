@@ -66,13 +66,36 @@ constexpr int PL_FILE_CHANGED = 76;
 // that file would drop what was not loaded, so it is refused and the file left as it stands.
 // Saving to another file is allowed.
 constexpr int PL_LOAD_INCOMPLETE = 77;
+// The file holds more than the library loads: more sections or lines than a document may
+// hold (PL_MAX_SECTIONS, PL_MAX_LINES), or more elements than an XML file may hold
+// (PL_MAX_XML_ELEMENTS). Refused after a count of the text, before anything is built from it;
+// the message names the limit and the count found.
+constexpr int PL_LIMIT_EXCEEDED = 78;
 
-// The largest file the library loads as a document or XML file, 256 MiB: far above any
-// metadata or configuration file, and low enough that the text of a load (two bytes per
-// character) always fits in memory a Qt 5 string can address. Larger files give
+// The largest file the library loads as a document or XML file, 64 MiB: far above any
+// metadata or configuration file (a typical one holds 10 KB), and low enough that a load of
+// the largest file, whose bytes are read whole and then held as text of two bytes per
+// character, stays far below 1 GB of memory at its peak. Larger files give
 // PL_FILE_TOO_LARGE before anything is allocated for them. For a DICOM file the limit
 // applies to its metadata, the text after the image data, not to the image.
-constexpr qint64 PL_MAX_FILE_SIZE = qint64(256) * 1024 * 1024;
+constexpr qint64 PL_MAX_FILE_SIZE = qint64(64) * 1024 * 1024;
+
+// The most sections a document loads, 100,000 (a typical file holds about 15): each section
+// costs some hundred bytes beyond its text, so a file of the smallest sections would otherwise
+// need gigabytes. A file of more section header lines gives PL_LIMIT_EXCEEDED, counted before
+// any section is built.
+constexpr int PL_MAX_SECTIONS = 100000;
+
+// The most lines a document loads, 3,000,000 (a typical file holds about 500): each line is
+// an entry of its section, of some tens of bytes beyond its text, and an edit holds the file
+// loaded twice. A file of more lines gives PL_LIMIT_EXCEEDED, counted before any section is
+// built.
+constexpr int PL_MAX_LINES = 3000000;
+
+// The most elements an XML file loads, 1,000,000: the document tree costs some hundred bytes
+// per element. A file of more start tags gives PL_LIMIT_EXCEEDED, counted in a pass over the
+// text before the tree is built.
+constexpr int PL_MAX_XML_ELEMENTS = 1000000;
 
 // How long an edit or a save waits for another editor's lock before it gives up with
 // PL_FILE_LOCKED, in milliseconds.
@@ -87,5 +110,10 @@ OVPARSER_EXPORT QString getStatusText(int status);
 // the last such operation failed for a reason of its own (a file too large, say) or did not
 // fail. Each operation that reads or writes a file clears it when it starts.
 OVPARSER_EXPORT QString getLastSystemError();
+
+// What the last load on this thread that gave PL_LIMIT_EXCEEDED found, with the limit:
+// "1,000,001 sections, more than the 100,000 a document may hold". Empty when the last load
+// was not refused so. Each load clears it when it starts.
+OVPARSER_EXPORT QString getLastLimitText();
 
 #endif // PLSTATUS_H
