@@ -35,7 +35,7 @@ qtFault() { # N command...
     local n=$1
     shift
     local stack
-    stack=$(FAILALLOC_TRACE=1 FAILALLOC_N=$n LD_PRELOAD=$library timeout 20 "$@" 2>&1 >/dev/null)
+    stack=$(FAILALLOC_TRACE=1 FAILALLOC_N=$n LD_PRELOAD=$library timeout 3 "$@" 2>&1 >/dev/null)
     if grep -q '_ZN14QObjectPrivate13addConnection' <<<"$stack"; then
         echo "QObject::connect()"
     elif grep -q '_ZN16QCoreApplicationC' <<<"$stack"; then
@@ -52,7 +52,7 @@ sweep() { # name command...
     total=$(cat "$work/count")
     declare -A seen=()
     for ((n = 1; n <= total + 1; ++n)); do
-        FAILALLOC_N=$n LD_PRELOAD=$library timeout 20 "$@" >"$work/out" 2>"$work/err"
+        FAILALLOC_N=$n LD_PRELOAD=$library timeout 3 "$@" >"$work/out" 2>"$work/err"
         local status=$? problem=
         local lines
         lines=$(wc -l <"$work/err")

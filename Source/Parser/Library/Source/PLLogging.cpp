@@ -9,26 +9,26 @@ Q_LOGGING_CATEGORY(lcOvXml, "ovparser.xml", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvMemory, "ovparser.memory", QtInfoMsg)
 Q_LOGGING_CATEGORY(lcOvCamera, "ovparser.camera", QtInfoMsg)
 
-namespace PLLog {
+namespace {
 
-void prepare()
-{
-    // Each category registers itself, and Qt reads its logging rules and makes its default
-    // locale, on first use: done here, while memory is to be had, rather than in the middle of
-    // a failure. An exception in Qt's own first-use set-up can leave its lock held, and the
-    // next use then waits for ever.
-    static const bool prepared = [] {
-        lcOvLoad();
-        lcOvFile();
-        lcOvSave();
-        lcOvXml();
-        lcOvMemory();
-        lcOvCamera();
-        QLocale();
-        return true;
-    }();
-    Q_UNUSED(prepared);
-}
+// Each category registers itself, and Qt reads its logging rules and makes its default
+// locale, on first use: done when the library is loaded, while memory is to be had, rather
+// than in the middle of an allocation failure. An exception in Qt's own first-use set-up can
+// leave its lock held, and the next message of the program then waits for ever.
+const bool g_prepared = [] {
+    lcOvLoad();
+    lcOvFile();
+    lcOvSave();
+    lcOvXml();
+    lcOvMemory();
+    lcOvCamera();
+    QLocale();
+    return true;
+}();
+
+} // namespace
+
+namespace PLLog {
 
 namespace {
 

@@ -35,10 +35,6 @@ namespace PLLog {
 // the source file, line and function of the operation.
 void allocationFailure(const char* file, int line, const char* function);
 
-// Sets up, once, what the library's messages need (the logging categories, the default
-// locale), so that an allocation failure does not meet that set-up half done.
-void prepare();
-
 // Runs `operation`, which returns a status, and turns an allocation failure inside it (a
 // std::bad_alloc from Qt's containers or from new) into PL_OUT_OF_MEMORY with the critical
 // message. For the public entry points of loading and saving: nothing thrown leaves the
@@ -47,7 +43,6 @@ template<typename Operation>
 int guardAllocation(const char* file, int line, const char* function, Operation&& operation)
 {
     try {
-        prepare();
         return operation();
     } catch (const std::bad_alloc&) {
         allocationFailure(file, line, function);
