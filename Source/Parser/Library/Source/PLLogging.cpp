@@ -30,16 +30,6 @@ const bool g_prepared = [] {
 
 namespace PLLog {
 
-namespace {
-
-// The set-up is done when the library is loaded, when memory is to be had: a first guarded
-// operation that runs out of memory would otherwise meet it half done, inside Qt's own
-// first-use set-up, whose lock an exception can leave held (the next message then waits for
-// ever).
-const bool g_preparedAtLoad = (prepare(), true);
-
-} // namespace
-
 void allocationFailure(const char* file, int line, const char* function)
 {
     // Formatting the message allocates too; when even that fails, the status alone is left.
