@@ -111,6 +111,17 @@ QByteArray aclGrantingUser4321()
 class SaveLocksTest : public SaveTest
 {
 protected:
+    // "own/ClickInfo.txt", holding "old", in a folder of its own, both owned by nobody.
+    QString ownFileOfNobody()
+    {
+        const QString folder = path("own");
+        const QString file = folder + L1("/ClickInfo.txt");
+        EXPECT_TRUE(QDir().mkdir(folder));
+        writeBytes(file, "old");
+        for (const QString& name : { folder, file })
+            EXPECT_EQ(::chown(native(name).constData(), NOBODY, NOBODY), 0);
+        return file;
+    }
     void SetUp() override
     {
         SaveTest::SetUp();
@@ -285,12 +296,8 @@ TEST_F(SaveLocksTest, AnAttributeTheWriterCannotGiveIsKeptByAWriteInPlace)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "needs root, to set the attribute and run the writer as another user";
-    const QString folder = path("own");
-    const QString file = folder + L1("/ClickInfo.txt");
-    ASSERT_TRUE(QDir().mkdir(folder));
-    writeBytes(file, "old");
-    for (const QString& name : { folder, file })
-        ASSERT_EQ(::chown(native(name).constData(), NOBODY, NOBODY), 0);
+    const QString file = ownFileOfNobody();
+    const QString folder = QFileInfo(file).path();
     if (::setxattr(native(file).constData(), "security.origin", "bench 3", 7, 0) != 0)
         GTEST_SKIP() << "security.* attributes not kept here: " << std::strerror(errno);
     const ino_t inode = statOf(file).st_ino;
@@ -325,12 +332,8 @@ TEST_F(SaveLocksTest, AFileItsWriterMayNotWriteIsRefused)
         GTEST_SKIP() << "needs root, to run the writer as another user";
     // The writer's own file, mode 0444, in its own folder: a rename could replace it, an
     // open for writing could not.
-    const QString folder = path("own");
-    const QString file = folder + L1("/ClickInfo.txt");
-    ASSERT_TRUE(QDir().mkdir(folder));
-    writeBytes(file, "old");
-    for (const QString& name : { folder, file })
-        ASSERT_EQ(::chown(native(name).constData(), NOBODY, NOBODY), 0);
+    const QString file = ownFileOfNobody();
+    const QString folder = QFileInfo(file).path();
     ASSERT_EQ(::chmod(native(file).constData(), 0444), 0);
     const auto saveAsOwner = [&] {
         const int status = save(file);

@@ -74,17 +74,13 @@ inline const QChar* find(const QChar* begin, const QChar* end, char c)
     return nullptr;
 }
 
-// How many `c` stand in [begin, end), counted over the character codes so that the compiler
-// can vectorise the loop.
-inline qint64 count(const char* begin, const char* end, char c)
+// The number of units equal to `wanted` from `unit` to `last`: a 32-bit count per block,
+// which the compiler keeps in vector lanes.
+template<typename Unit> qint64 countUnits(const Unit* unit, const Unit* last, Unit wanted)
 {
-    const auto* unit = reinterpret_cast<const uchar*>(begin);
-    const auto* last = reinterpret_cast<const uchar*>(end);
-    const uchar wanted = static_cast<uchar>(c);
     qint64 total = 0;
     while (unit != last) {
-        // A 32-bit count per block, which the compiler keeps in vector lanes.
-        const uchar* blockEnd = unit + qMin<qint64>(last - unit, 1 << 20);
+        const Unit* blockEnd = unit + qMin<qint64>(last - unit, 1 << 20);
         uint found = 0;
         for (; unit != blockEnd; ++unit)
             found += *unit == wanted;
@@ -93,21 +89,18 @@ inline qint64 count(const char* begin, const char* end, char c)
     return total;
 }
 
+// How many `c` stand in [begin, end), counted over the character codes so that the compiler
+// can vectorise the loop.
+inline qint64 count(const char* begin, const char* end, char c)
+{
+    return countUnits(reinterpret_cast<const uchar*>(begin), reinterpret_cast<const uchar*>(end),
+                      static_cast<uchar>(c));
+}
+
 inline qint64 count(const QChar* begin, const QChar* end, char c)
 {
-    const auto* unit = reinterpret_cast<const ushort*>(begin);
-    const auto* last = reinterpret_cast<const ushort*>(end);
-    const ushort wanted = static_cast<unsigned char>(c);
-    qint64 total = 0;
-    while (unit != last) {
-        // A 32-bit count per block, which the compiler keeps in vector lanes.
-        const ushort* blockEnd = unit + qMin<qint64>(last - unit, 1 << 20);
-        uint found = 0;
-        for (; unit != blockEnd; ++unit)
-            found += *unit == wanted;
-        total += found;
-    }
-    return total;
+    return countUnits(reinterpret_cast<const ushort*>(begin), reinterpret_cast<const ushort*>(end),
+                      ushort(static_cast<unsigned char>(c)));
 }
 
 // For long texts, the library's vectorised search.
