@@ -469,8 +469,10 @@ TEST_F(CameraInfoTest, TheFolderTree)
     QStandardPaths::setTestModeEnabled(false);
 
     const std::pair<const char*, const char*> parents[] = {
-        { "a/b/c.txt", "a/b" }, { "a//b/./c/", "a/b" }, { "/c.txt", "/" },
-        { "c.txt", "." },       { "/", "/" },           { "", "" },
+        { "a/b/c.txt", "a/b" },  { "a//b/./c/", "a/b" }, { "/c.txt", "/" },
+        { "c.txt", "." },        { "/", "/" },           { "", "" },
+        { ".", ".." },           { "a/..", ".." },       { "..", "../.." },
+        { "../..", "../../.." }, { "../a", ".." },       { "/..", "/" },
     };
     for (const auto& parent : parents)
         EXPECT_EQ(getParentPath(L1(parent.first)), L1(parent.second)) << parent.first;

@@ -96,6 +96,13 @@ QString getParentPath(const QString& path)
     if (path.isEmpty())
         return QString();
     const QString clean = QDir::cleanPath(path);
+    // The current folder's parent, and a parent of parents, are one more step up: after
+    // cleaning, ".." can only stand at the front. Above the root is the root.
+    if (clean == QLatin1String("."))
+        return QStringLiteral("..");
+    if (clean == QLatin1String("..") || clean.endsWith(QLatin1String("/..")))
+        return clean.startsWith(QLatin1Char('/')) ? QStringLiteral("/")
+                                                  : clean + QLatin1String("/..");
     const int slash = clean.lastIndexOf(QLatin1Char('/'));
     if (slash < 0)
         return QStringLiteral(".");

@@ -67,7 +67,9 @@ OVPARSER_EXPORT int createFolder(const QString& folderPath);
 
 // The folder a file or folder stands in: the path, cleaned ("a//b/./c/" reads "a/b/c"), up to
 // its last "/". "a/b/c.txt" gives "a/b", "/c.txt" gives "/", and a bare name "c.txt" gives
-// "." (the current folder). An empty path gives an empty path; "/" gives "/".
+// "." (the current folder). A path that cleans to the current folder ("." or "a/..") gives
+// "..", and one that cleans to a parent (".." or "../..") one more "..". An empty path gives
+// an empty path; "/" gives "/".
 OVPARSER_EXPORT QString getParentPath(const QString& path);
 
 // The file a path names where a folder may stand for its file: `path` itself, or, when `path`
