@@ -219,6 +219,9 @@ TEST_F(CameraInfoTest, ExtensionChecksGiveTheirMessageAndStatus)
           "malformed section header (a header is \"*** \", a key, a colon, and no \"#\" before the "
           "colon)" },
         { "case differs", extension("B", "KORA 200", "a", good), 0, "" },
+        { "empty name", extension("", "KORA 200", "", good), 19, "its 'Extension name' is empty" },
+        { "empty places in the list name nothing", extension("B", "KORA 200", "Macro, ,", good), 0,
+          "" },
         { "same name", extension("A", "KORA 200", "", good), 30,
           "an extension named 'A' is loaded already, from 'a.cfg'" },
         { "sets another type", extension("B", "KORA 200", "", "System Configuration:\tKORA 50\n"),

@@ -662,6 +662,11 @@ int CPLCameraInfo::checkExtension(const QString& path, const QString& systemType
         if (info->getValue(*keys[i], &values[i]) != PL_SUCCESS)
             return missing(*keys[i], "key/value");
     }
+    // A name is what a conflict names: an extension without one could not be told apart.
+    if (values[0].trimmed().isEmpty()) {
+        *failure = QStringLiteral("its '%1' is empty").arg(CAMERAINFO_EXTENSION_NAME_KEY);
+        return PL_EMPTY_KEY;
+    }
     if (systemTypeIn(values[1]) != systemType) {
         *failure = QStringLiteral("written for '%1', not for this instrument, '%2'")
                        .arg(values[1], systemType);
@@ -669,9 +674,10 @@ int CPLCameraInfo::checkExtension(const QString& path, const QString& systemType
     }
     if (!extension.isSectionPresent(PLConstants::CAMERAINFO_SECTION_KEY))
         return missing(PLConstants::CAMERAINFO_SECTION_KEY, "section");
+    // An empty list, or an empty place in it ("A,", "A,,B"), names no extension.
     const QStringList conflicts = values[2].split(QLatin1Char(','));
     for (const QString& conflict : conflicts) {
-        if (names.contains(conflict.trimmed())) {
+        if (!conflict.trimmed().isEmpty() && names.contains(conflict.trimmed())) {
             *failure = QStringLiteral("Conflicts with already loaded extensions.");
             return PL_CAMERA_EXTENSION_CONFLICT;
         }

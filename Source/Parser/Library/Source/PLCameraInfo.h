@@ -264,7 +264,8 @@ extern OVPARSER_EXPORT const QStringList KORA_SYSTEM_TYPES;
 
 // Status codes of loadCameraInfoExtensions() besides those of PLStatus.h: 11 an extension file
 // cannot be read (a folder, a link that leads nowhere or in a loop), 64 it is a FIFO, socket or
-// device, 24 a section or key an extension must hold is missing, 30 a conflict (also two
+// device, 24 a section or key an extension must hold is missing, 19 an extension without a
+// name, 30 a conflict (also two
 // extensions of one name), 47 a type mismatch (also an extension that sets "System
 // Configuration" to another type).
 // No base "CameraInfo.txt" to check the extensions against.
@@ -433,6 +434,8 @@ public:
     //   24  "Loading cameraInfo extension '%1' failed: '%2' section not present" (the
     //       section, "Extension Info" or "Camera System Info"), or "... '%2' key/value not
     //       present" (the key)
+    //   19  "Loading cameraInfo extension '%1' failed: its 'Extension name' is empty" (an
+    //       extension's name is what a conflict names)
     //   47  "Loading cameraInfo extension '%1' failed: written for '%2', not for this
     //       instrument, '%3'" (the extension's and the base file's system configuration)
     //   47  "Loading cameraInfo extension '%1' failed: it sets 'System Configuration' to
@@ -440,7 +443,8 @@ public:
     //       Info", in any section, names another type: merged, it would change the type)
     //   30  "Loading cameraInfo extension '%1' failed: Conflicts with already loaded
     //       extensions." (a name of its "Conflicts with extensions", compared whole and
-    //       with case, is an extension taken before it)
+    //       with case, is an extension taken before it; an empty list, or an empty place in
+    //       it, names none)
     //   30  "Loading cameraInfo extension '%1' failed: an extension named '%2' is loaded
     //       already, from '%3'" (its "Extension name", compared whole and with case)
     //   2   "Loading cameraInfo extensions failed: no base file 'PATH' to check them
