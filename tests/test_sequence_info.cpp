@@ -183,35 +183,50 @@ TEST_F(SequenceInfoTest, HandWrittenFileReadsInNumberOrderAndKeepsItsOtherLines)
     EXPECT_EQ(clicks(sequence), L1List({ "SQ7_580", "SQ7_620", "SQ7_660", "SQ7_700b" }));
     EXPECT_FALSE(sequence.getLoadWarnings().isEmpty()) << "blank lines, repeated key, LF header";
 
-    // "ClickNumber 3" stands on two lines with two values: the edit cannot be made in the
-    // file's lines, the section is written anew, and over the file that would lose the first
-    // value, so it is refused there; elsewhere it writes what the warnings name.
-    ASSERT_EQ(sequence.removeClickNumber(L1("SQ7_620")), PL_SUCCESS);
-    EXPECT_EQ(sequence.save(file()), PL_LOAD_INCOMPLETE);
+    // "ClickNumber 3" stands on two lines with two values: an edit of the clicks would keep
+    // only one of them, so it is refused until the file is mended.
+    EXPECT_EQ(sequence.removeClickNumber(L1("SQ7_620")), PL_KEY_REPEATED);
+    EXPECT_EQ(sequence.moveClickNumber(0, 1), PL_KEY_REPEATED);
+    EXPECT_EQ(clicks(sequence), L1List({ "SQ7_580", "SQ7_620", "SQ7_660", "SQ7_700b" }));
+    // Unedited, the document writes the file's own bytes back: nothing is lost.
+    EXPECT_EQ(sequence.save(file()), PL_SUCCESS);
     EXPECT_EQ(readBytes(file()), kHandWritten);
-    const QString copy = path(L1("copy"));
-    ASSERT_TRUE(QDir().mkpath(copy));
-    ASSERT_EQ(sequence.save(copy), PL_SUCCESS);
-    const QByteArray expected = "# spectral series, filters 580 to 700\n"
-                                "*** Sequence:\tSQ7\r\n"
-                                "ClickNumbers in Sequence:\t3\n"
-                                "ClickNumber 1:\tSQ7_580\n"
-                                "ClickNumber 2:\tSQ7_660\n"
-                                "ClickNumber 3:\tSQ7_700b\n"
-                                "# reordered by hand\n"
-                                "\n"
-                                "Operator:\tkl\n"
-                                "ClickNumber x:\tnot a click\n"
-                                "\n"
-                                "*** Restore Results:\t\r\n"
-                                "\n"
-                                "\n\n";
-    EXPECT_EQ(readBytes(CPLSequenceInfo::sequenceFilePath(copy)), expected);
+
+    // Mended by hand, the edit is made in the file's lines: the lines still listed take their
+    // clicks, the others ("ClickNumber 02", the empty "ClickNumber 4") go, the count is added.
+    QByteArray mended = kHandWritten;
+    mended.replace("clicknumber 3:\tSQ7_700b\n", "");
+    CPLSequenceInfo again;
+    ASSERT_EQ(loadBytes(again, mended), PL_SUCCESS);
+    EXPECT_EQ(clicks(again), L1List({ "SQ7_580", "SQ7_620", "SQ7_660", "SQ7_700" }));
+    ASSERT_EQ(again.removeClickNumber(L1("SQ7_620")), PL_SUCCESS);
+    ASSERT_EQ(again.save(file()), PL_SUCCESS);
+    EXPECT_EQ(readBytes(file()),
+              QByteArray("# spectral series, filters 580 to 700\n"
+                         "*** Sequence:\tSQ7\r\n"
+                         "# reordered by hand\r\n"
+                         "ClickNumber 3:\tSQ7_700\n"
+                         "ClickNumber 1:\tSQ7_580   # first filter\n"
+                         "\n"
+                         "ClickNumber 2:\tSQ7_660\n"
+                         "Operator:\tkl\n"
+                         "ClickNumber x:\tnot a click\n"
+                         "ClickNumbers in Sequence:\t3\n"
+                         "*** Restore Results:\t\n"));
     CPLSequenceInfo reloaded;
-    ASSERT_EQ(reloaded.load(copy), PL_SUCCESS);
-    EXPECT_TRUE(reloaded.getLoadWarnings().isEmpty())
-        << reloaded.getLoadWarnings().join(L1("\n")).toStdString();
-    EXPECT_EQ(clicks(reloaded), L1List({ "SQ7_580", "SQ7_660", "SQ7_700b" }));
+    ASSERT_EQ(reloaded.load(file()), PL_SUCCESS);
+    EXPECT_EQ(clicks(reloaded), L1List({ "SQ7_580", "SQ7_660", "SQ7_700" }));
+}
+
+TEST_F(SequenceInfoTest, AClickListedTwiceIsRemovedWhereItStandsFirst)
+{
+    CPLSequenceInfo sequence;
+    ASSERT_EQ(loadBytes(sequence,
+                        "*** Sequence:\tSQ\r\nClickNumbers in Sequence:\t3\n"
+                        "ClickNumber 1:\tA\nClickNumber 2:\tB\nClickNumber 3:\tA\n\n\n\n"),
+              PL_SUCCESS);
+    ASSERT_EQ(sequence.removeClickNumber(L1("A")), PL_SUCCESS);
+    EXPECT_EQ(clicks(sequence), L1List({ "B", "A" }));
 }
 
 TEST_F(SequenceInfoTest, EditsOfAHandWrittenFileChangeOnlyTheirOwnLines)

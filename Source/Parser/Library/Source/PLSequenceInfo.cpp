@@ -4,6 +4,7 @@
 #include "PLFileEditor.h"
 #include "PLFileReader_p.h"
 #include "PLLabelDataSet.h"
+#include "PLLogging_p.h"
 #include "PLPaths.h"
 #include "PLSection.h"
 #include "PLStatus.h"
@@ -339,8 +340,7 @@ int CPLSequenceInfo::addClickNumber(const QString& clickNumber, int position)
     if (position < -1 || position > clickNumbers.size())
         return PL_OUT_OF_RANGE;
     clickNumbers.insert(position < 0 ? clickNumbers.size() : position, clickNumber);
-    setClickNumbers(clickNumbers);
-    return PL_SUCCESS;
+    return setClickNumbers(clickNumbers);
 }
 
 int CPLSequenceInfo::removeClickNumber(const QString& clickNumber)
@@ -351,8 +351,7 @@ int CPLSequenceInfo::removeClickNumber(const QString& clickNumber)
     QStringList clickNumbers;
     getClickNumbers(&clickNumbers);
     clickNumbers.removeAt(position);
-    setClickNumbers(clickNumbers);
-    return PL_SUCCESS;
+    return setClickNumbers(clickNumbers);
 }
 
 int CPLSequenceInfo::moveClickNumber(int from, int to)
@@ -364,19 +363,57 @@ int CPLSequenceInfo::moveClickNumber(int from, int to)
     if (from < 0 || from >= count || to < 0 || to >= count)
         return PL_OUT_OF_RANGE;
     clickNumbers.move(from, to);
-    setClickNumbers(clickNumbers);
-    return PL_SUCCESS;
+    return setClickNumbers(clickNumbers);
 }
 
-void CPLSequenceInfo::setClickNumbers(const QStringList& clickNumbers)
+QString CPLSequenceInfo::repeatedClickLine() const
 {
+    const CPLSection* section = (*this)[PLConstants::SEQUENCEINFO_KEY];
+    if (!section)
+        return QString();
+    QSet<QString> seen;
+    for (const QString& key : section->getEntryKeys()) {
+        if (CPLSection::isCommentKey(key) || !isClickListLine(key))
+            continue;
+        if (!seen.contains(key.toLower())) {
+            seen.insert(key.toLower());
+            continue;
+        }
+        // The load named the lines of the first key its section repeats.
+        for (const CPLLoadWarning& warning : getLoadWarningList()) {
+            if (warning.kind() == CPLLoadWarning::RepeatedKey
+                && isSameKey(warning.section(), PLConstants::SEQUENCEINFO_KEY)
+                && warning.message().contains(QLatin1Char('"') + key + QLatin1Char('"'),
+                                              Qt::CaseInsensitive))
+                return warning.toString();
+        }
+        return QStringLiteral("section \"%1\" holds \"%2\" on more than one line")
+            .arg(PLConstants::SEQUENCEINFO_KEY, key);
+    }
+    return QString();
+}
+
+int CPLSequenceInfo::setClickNumbers(const QStringList& clickNumbers)
+{
+    // Rewriting a click line held twice would keep one of them: refused, so that no edit
+    // loses a click line.
+    const QString repeated = repeatedClickLine();
+    if (!repeated.isEmpty()) {
+        qCWarning(lcOvSave,
+                  "%s; the click numbers are not edited until one of the lines is removed by hand",
+                  qUtf8Printable(repeated));
+        return PL_KEY_REPEATED;
+    }
     const int count = clickNumbers.size();
     const int edited = editKeptBytes([&](CPLFileEditor& editor) {
         const CPLSection* section = editor.document()[PLConstants::SEQUENCEINFO_KEY];
         if (!section)
             return PL_SECTION_NOT_PRESENT;
+        // Each edit loads the bytes again: the section is read before the first.
         QStringList keys;
+        QStringList values;
         section->getKeyList(&keys);
+        section->getValueList(&values);
         QSet<QString> seen;
         QSet<int> written;
         int status = PL_SUCCESS;
@@ -392,19 +429,25 @@ void CPLSequenceInfo::setClickNumbers(const QStringList& clickNumbers)
             if (status == PL_SUCCESS)
                 status = editor.addKeyValue(PLConstants::SEQUENCEINFO_KEY, key, value);
         };
-        for (const QString& key : qAsConst(keys)) {
+        for (int i = 0; i < keys.size(); ++i) {
+            const QString& key = keys.at(i);
             if (seen.contains(key.toLower()))
                 continue;
             seen.insert(key.toLower());
             const int number = clickLineNumber(key);
             if (number > 0 && number <= count
                 && isSameKey(key, CLICK_LINE_PREFIX + QString::number(number))) {
-                set(key, clickNumbers.at(number - 1));
+                // A line that holds its click already stays as it is, blanks and all.
+                if (values.at(i) != clickNumbers.at(number - 1))
+                    set(key, clickNumbers.at(number - 1));
                 written.insert(number);
             } else if (number > 0) {
                 remove(key);
             } else if (isSameKey(key, PLConstants::CLICKNUMBER_IN_SEQUENCE_KEY)) {
-                count > 0 ? set(key, QString::number(count)) : remove(key);
+                if (count == 0)
+                    remove(key);
+                else if (values.at(i) != QString::number(count))
+                    set(key, QString::number(count));
             } else if (isSameKey(key, PLConstants::SEQUENCEINFO_CLICK_NUMBERS_KEY)) {
                 count > 0 ? remove(key) : set(key, PLConstants::EMPTY_SEQUENCE_KEY);
             }
@@ -419,9 +462,10 @@ void CPLSequenceInfo::setClickNumbers(const QStringList& clickNumbers)
         return status;
     });
     if (edited == PL_SUCCESS)
-        return;
+        return PL_SUCCESS;
     rewriteClickNumbers(clickNumbers);
     dropKeptBytes();
+    return PL_SUCCESS;
 }
 
 void CPLSequenceInfo::rewriteClickNumbers(const QStringList& clickNumbers)

@@ -83,18 +83,19 @@ struct OVPARSER_EXPORT CPLSequenceCheck
 // in place (CPLFileEditor), so that a save writes every other byte as it stood (CR LF line
 // ends, blank lines, free text, comments): an edit of the click numbers changes only the count
 // and the click lines ("ClickNumber <n>" lines whose n is still listed get their new click
-// number, with any inline comment kept; the others are removed; new ones are added at the end
-// of the section); a user input value or a restore result changes its own line (a new restore
-// result is added at the end of its section). An edit the file's bytes cannot take in place (a
-// click line or label written twice, a new ID, a new user input with setUserInput(), the
-// document made with createFromAcquisitions() or changed through the CPLClickInfo functions)
-// makes the next save write the whole file in the form shown above: the sequence section with
-// the count, the click lines numbered from 1 in order (inline comments of the old click lines
-// not kept), then the section's other lines as they were; a line that would no longer read as
-// it did (a key beginning with "***", which a load warns of) is kept as a comment. A save over
-// the file loaded has the checks of CPLClickInfo::saveClickInfo(): it refuses to overwrite a
-// change made to the file since (PL_FILE_CHANGED), and, when it writes the whole file, to drop
-// what the load did not take in (PL_LOAD_INCOMPLETE: a click line repeated with another
+// number, with any inline comment kept, and a line that holds its click already stays as it
+// is; the others are removed; new ones are added at the end of the section); a user input
+// value or a restore result changes its own line (a new restore result is added at the end of
+// its section). A click line written twice is never edited (see moveClickNumber()). An edit
+// the file's bytes cannot take in place (a label written twice, a new ID, a new user input with
+// setUserInput(), the document made with createFromAcquisitions() or changed through the
+// CPLClickInfo functions) makes the next save write the whole file in the form shown above: the
+// sequence section with the count, the click lines numbered from 1 in order (inline comments of the
+// old click lines not kept), then the section's other lines as they were; a line that would no
+// longer read as it did (a key beginning with "***", which a load warns of) is kept as a comment. A
+// save over the file loaded has the checks of CPLClickInfo::saveClickInfo(): it refuses to
+// overwrite a change made to the file since (PL_FILE_CHANGED), and, when it writes the whole file,
+// to drop what the load did not take in (PL_LOAD_INCOMPLETE: a click line repeated with another
 // value, say).
 //
 // Click numbers are matched exactly, as folder names are. A click number, ID, label or value
@@ -139,9 +140,16 @@ public:
     // 70 when the sequence lists it already, 48 for a position outside the list.
     int addClickNumber(const QString& clickNumber, int position = -1);
     // Removes a click number. 19 for an empty one, 24 when not listed, 49 without a section.
+    // A click number that a file written by hand lists twice is removed where it stands first
+    // (its lowest n); the other stays.
     int removeClickNumber(const QString& clickNumber);
     // Moves the click number at `from` to `to` (both from 0, below the count): the others
     // keep their order. 48 for a position outside the list, 49 without a sequence section.
+    //
+    // The three edits of the click numbers return 67 (PL_KEY_REPEATED), nothing changed,
+    // while the sequence section holds a click line twice ("ClickNumber 2" on two lines of a
+    // file written by hand): an edit would keep only one of them. The message, in the
+    // category "ovparser.save", names both lines; the file must be mended by hand.
     int moveClickNumber(int from, int to);
 
     // What the user entered: the labels of "User Input" and their values, in order.
@@ -209,8 +217,13 @@ private:
     // Writes the sequence section again with these click numbers, keeping its other lines.
     void rewriteClickNumbers(const QStringList& clickNumbers);
     // Makes these the click numbers: in the file's bytes where they are kept and can take the
-    // edit, else by rewriting the section.
-    void setClickNumbers(const QStringList& clickNumbers);
+    // edit, else by rewriting the section. PL_KEY_REPEATED, nothing changed, while the section
+    // holds a click line twice (see repeatedClickLine()).
+    int setClickNumbers(const QStringList& clickNumbers);
+    // A click line ("ClickNumber <n>", the count or the empty-sequence line) that the sequence
+    // section holds on more than one line, in words naming its lines where the load saw them;
+    // empty when there is none.
+    QString repeatedClickLine() const;
     // Runs `edit` on the file's bytes kept (CPLFileEditor) and takes what they load as then.
     // Returns the editor's status; PL_NOTHING_TO_WORK_ON when no bytes are kept. Nothing
     // changes on failure.
