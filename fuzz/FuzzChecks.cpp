@@ -23,6 +23,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -1100,8 +1101,42 @@ std::string sequenceText(const CPLSequenceInfo& sequence, bool withUserInput)
 
 // Adds a click, moves it to the front and removes the second click of the list, checking
 // each status and the list after it.
+// Whether the sequence section holds a click line ("ClickNumber <n>", the count or the empty
+// line) on more than one line, in any case.
+bool holdsRepeatedClickLine(const CPLSequenceInfo& sequence)
+{
+    const QRegularExpression clickLine(QStringLiteral("^(clicknumber [0-9]+|clicknumbers in "
+                                                      "sequence|clicknumbers)$"));
+    QSet<QString> seen;
+    for (const QString& key : sequence[PLConstants::SEQUENCEINFO_KEY]->getEntryKeys()) {
+        const QString lower = key.toLower();
+        if (CPLSection::isCommentKey(key) || !clickLine.match(lower).hasMatch())
+            continue;
+        if (seen.contains(lower))
+            return true;
+        seen.insert(lower);
+    }
+    return false;
+}
+
 std::string editClicks(CPLSequenceInfo& sequence, QStringList expected)
 {
+    // A click line held twice is never edited: every edit is refused and changes nothing.
+    if (holdsRepeatedClickLine(sequence)) {
+        const int statuses[]
+            = { sequence.addClickNumber(QStringLiteral("FZ_added")), sequence.moveClickNumber(0, 0),
+                sequence.removeClickNumber(expected.value(0)) };
+        QStringList clicks;
+        sequence.getClickNumbers(&clicks);
+        if (clicks != expected)
+            return "a refused edit of a repeated click line changed the clicks";
+        for (const int status : statuses)
+            if (status != PL_KEY_REPEATED && status != PL_INVALID_ARGUMENT && status != PL_EMPTY_KEY
+                && status != PL_OUT_OF_RANGE)
+                return "an edit of a sequence with a repeated click line gave status "
+                    + std::to_string(status);
+        return std::string();
+    }
     const QString added = QStringLiteral("FZ_added");
     const int addStatus = sequence.addClickNumber(added);
     if (addStatus != (expected.contains(added) ? PL_CLICK_ALREADY_LISTED : PL_SUCCESS))
@@ -1156,6 +1191,9 @@ std::string checkSequence(const uint8_t* data, size_t size)
     const std::string failure = editClicks(sequence, clicks);
     if (!failure.empty())
         return failure;
+    // A document holding a key that would not read back as it stands is not saved at all.
+    if (holdsUnwritableKey(sequence))
+        return std::string();
 
     // A line before the first section that is itself a section header ("**** Sequence:") is
     // written back before the sections, with a load warning, and its section is the one a
