@@ -1101,11 +1101,11 @@ std::string sequenceText(const CPLSequenceInfo& sequence, bool withUserInput)
 
 // Adds a click, moves it to the front and removes the second click of the list, checking
 // each status and the list after it.
-// Whether the sequence section holds a click line ("ClickNumber <n>", the count or the empty
-// line) on more than one line, in any case.
+// Whether the sequence section holds a click line ("ClickNumber <n>" with n from 1, the count
+// or the empty line) on more than one line, in any case.
 bool holdsRepeatedClickLine(const CPLSequenceInfo& sequence)
 {
-    const QRegularExpression clickLine(QStringLiteral("^(clicknumber [0-9]+|clicknumbers in "
+    const QRegularExpression clickLine(QStringLiteral("^(clicknumber 0*[1-9][0-9]*|clicknumbers in "
                                                       "sequence|clicknumbers)$"));
     QSet<QString> seen;
     for (const QString& key : sequence[PLConstants::SEQUENCEINFO_KEY]->getEntryKeys()) {
