@@ -54,10 +54,10 @@ measure() { # label command...
     local wall rss
     wall=$(sed -n 's/.*Elapsed (wall clock) time.*: //p' "$out")
     rss=$(sed -n 's/.*Maximum resident set size (kbytes): //p' "$out")
-    printf '%-9s %-8s %10s %8d MiB  status %s\n' "$shape" "$label" "$wall" $((rss / 1024)) "$status"
+    printf '%-9s %-13s %10s %8d MiB  status %s\n' "$shape" "$label" "$wall" $((rss / 1024)) "$status"
 }
 
-printf '%-9s %-8s %10s %12s\n' shape command time 'peak RSS'
+printf '%-9s %-13s %10s %12s\n' shape command time 'peak RSS'
 for shape in "${shapes[@]}"; do
     file=$work/ClickInfo.txt
     [[ $shape == dicom ]] && file=$work/image.dcm
@@ -66,7 +66,7 @@ for shape in "${shapes[@]}"; do
     python3 "$here/worst_shapes.py" ${args[$shape]} "$file"
     if [[ $shape == xml-* ]]; then
         measure spectral "$ovtool" --quiet spectral "$file"
-        measure spec-json "$ovtool" --quiet spectral --json "$file"
+        measure spectral-json "$ovtool" --quiet spectral --json "$file"
         rm -f "$file"
         continue
     fi
